@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+/// @file
+/// Raw objects: what an attribute's value is made of once its syntax is taken away.
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "platen/Dictionary.h"
+#include "platen/Export.h"
+#include "platen/URL.h"
+
+namespace platen::inline v0 {
+
+/// A boolean, a 64-bit integer or a double. Numbers compare by their numeric value, whatever kind
+/// they are: true equals 1.
+///
+/// Threads: a plain value; may be shared between threads while nobody assigns to it.
+class PLATEN_EXPORT Number {
+ public:
+  constexpr Number() noexcept = default;
+  template <class T>
+    requires std::is_arithmetic_v<T>
+  constexpr Number(T value) noexcept {  // NOLINT(google-explicit-constructor): any number is one
+    if constexpr (std::is_floating_point_v<T>) {
+      value_ = static_cast<double>(value);
+    } else if constexpr (std::is_same_v<T, bool>) {
+      value_ = value;
+    } else {
+      value_ = static_cast<std::int64_t>(value);
+    }
+  }
+
+  [[nodiscard]] bool isBoolean() const noexcept { return value_.index() == 0; }
+  [[nodiscard]] bool isReal() const noexcept { return value_.index() == 2; }
+
+  /// True when the number is not zero.
+  [[nodiscard]] bool boolValue() const noexcept;
+  /// The low 32 bits of the integer; a double is cut toward zero and held at the 64-bit limits.
+  [[nodiscard]] std::int32_t intValue() const noexcept;
+  [[nodiscard]] std::uint32_t unsignedIntValue() const noexcept;
+  [[nodiscard]] std::int64_t int64Value() const noexcept;
+  [[nodiscard]] double doubleValue() const noexcept;
+  /// Decimal text; "1" and "0" for the booleans.
+  [[nodiscard]] std::string stringValue() const;
+  [[nodiscard]] std::size_t hash() const noexcept;
+
+  friend PLATEN_EXPORT bool operator==(const Number& left, const Number& right) noexcept;
+
+ private:
+  std::variant<bool, std::int64_t, double> value_ = std::int64_t{0};
+};
+
+/// A run of integers: `length` of them, from `location` on. Both are unsigned words; a negative
+/// bound wraps around, and so does what is added to it.
+struct Range {
+  std::uint64_t location = 0;
+  std::uint64_t length = 0;
+
+  friend bool operator==(const Range&, const Range&) = default;
+};
+
+/// Two extents.
+struct Size {
+  double width = 0;
+  double height = 0;
+
+  friend bool operator==(const Size&, const Size&) = default;
+};
+
+/// An instant, in milliseconds since 1970-01-01 00:00:00 UTC.
+using Date = std::chrono::sys_time<std::chrono::milliseconds>;
+
+/// The null object: a value of its own that says "there is none". Not to be mixed up with absence.
+struct Null {
+  friend bool operator==(const Null&, const Null&) = default;
+};
+
+/// One raw object, of a closed list of kinds: absent, null, string (UTF-8), URL, number, range,
+/// size, date, array, dictionary. Containers hold raw objects all the way down.
+///
+/// `isX()` asks for a kind, `ifX()` gives a pointer to it or null, `asX()` the object itself or
+/// raises `InvalidArgumentException`. Pointers and references live until this object changes.
+///
+/// Threads: one thread at a time; a const one may be shared between threads.
+class PLATEN_EXPORT RawValue {
+ public:
+  using Array = std::vector<RawValue>;
+  using Dictionary = platen::Dictionary<RawValue>;
+
+  /// Absent.
+  RawValue() noexcept;
+  RawValue(const RawValue& other);
+  RawValue(RawValue&& other) noexcept;
+  RawValue& operator=(const RawValue& other);
+  RawValue& operator=(RawValue&& other) noexcept;
+  ~RawValue();
+
+  // Each kind converts into a raw object by itself; that is what the class is for.
+  RawValue(Null null) noexcept;                          // NOLINT(google-explicit-constructor)
+  RawValue(std::string string) noexcept;                 // NOLINT(google-explicit-constructor)
+  RawValue(std::string_view string);                     // NOLINT(google-explicit-constructor)
+  RawValue(const char* string);                          // NOLINT(google-explicit-constructor)
+  RawValue(URL url) noexcept;                            // NOLINT(google-explicit-constructor)
+  RawValue(Number number) noexcept;                      // NOLINT(google-explicit-constructor)
+  RawValue(Range range) noexcept;                        // NOLINT(google-explicit-constructor)
+  RawValue(Size size) noexcept;                          // NOLINT(google-explicit-constructor)
+  RawValue(Date date) noexcept;                          // NOLINT(google-explicit-constructor)
+  RawValue(Array array) noexcept;                        // NOLINT(google-explicit-constructor)
+  RawValue(RawValue::Dictionary dictionary);             // NOLINT(google-explicit-constructor)
+  template <class T>
+    requires std::is_arithmetic_v<T>
+  RawValue(T number) noexcept  // NOLINT(google-explicit-constructor)
+      : RawValue(Number(number)) {}
+  /// `object`, or absent when there is none.
+  template <class T>
+  RawValue(const std::optional<T>& object)  // NOLINT(google-explicit-constructor)
+      : RawValue(object ? RawValue(*object) : RawValue()) {}
+
+  [[nodiscard]] bool isAbsent() const noexcept;
+  [[nodiscard]] bool isNull() const noexcept;
+  [[nodiscard]] bool isString() const noexcept { return ifString() != nullptr; }
+  [[nodiscard]] bool isURL() const noexcept { return ifURL() != nullptr; }
+  [[nodiscard]] bool isNumber() const noexcept { return ifNumber() != nullptr; }
+  [[nodiscard]] bool isRange() const noexcept { return ifRange() != nullptr; }
+  [[nodiscard]] bool isSize() const noexcept { return ifSize() != nullptr; }
+  [[nodiscard]] bool isDate() const noexcept { return ifDate() != nullptr; }
+  [[nodiscard]] bool isArray() const noexcept { return ifArray() != nullptr; }
+  [[nodiscard]] bool isDictionary() const noexcept { return ifDictionary() != nullptr; }
+
+  [[nodiscard]] const std::string* ifString() const noexcept;
+  [[nodiscard]] const URL* ifURL() const noexcept;
+  [[nodiscard]] const Number* ifNumber() const noexcept;
+  [[nodiscard]] const Range* ifRange() const noexcept;
+  [[nodiscard]] const Size* ifSize() const noexcept;
+  [[nodiscard]] const Date* ifDate() const noexcept;
+  [[nodiscard]] const Array* ifArray() const noexcept;
+  [[nodiscard]] const RawValue::Dictionary* ifDictionary() const noexcept;
+
+  [[nodiscard]] const std::string& asString() const;
+  [[nodiscard]] const URL& asURL() const;
+  [[nodiscard]] const Number& asNumber() const;
+  [[nodiscard]] const Range& asRange() const;
+  [[nodiscard]] const Size& asSize() const;
+  [[nodiscard]] const Date& asDate() const;
+  [[nodiscard]] const Array& asArray() const;
+  [[nodiscard]] const RawValue::Dictionary& asDictionary() const;
+
+  /// Calls `visitor` with the object as its own kind (`std::monostate` when absent).
+  template <class Visitor>
+  decltype(auto) visit(Visitor&& visitor) const {
+    return std::visit(std::forward<Visitor>(visitor), object_);
+  }
+
+  /// The same kind and equal; numbers by their numeric value, dictionaries whatever their order.
+  friend PLATEN_EXPORT bool operator==(const RawValue& left, const RawValue& right);
+  /// Equal objects have equal hashes.
+  [[nodiscard]] std::size_t hash() const;
+  /// The text form: a string as it is, "(null)" when absent, "<null>", "{1, 10}" for a range or a
+  /// size, "2001-02-03 04:05:06 +0000" for a date, "(a, b)" and "{name = value; }".
+  [[nodiscard]] std::string description() const;
+
+ private:
+  template <class T>
+  const T& require(const char* kind) const;
+
+  std::variant<std::monostate, Null, std::string, URL, Number, Range, Size, Date, Array,
+               platen::Dictionary<RawValue>>
+      object_;
+};
+
+/// The text form of a range, "{1, 10}".
+PLATEN_EXPORT std::string textOf(const Range& range);
+/// The text form of a size, "{600, 600}".
+PLATEN_EXPORT std::string textOf(const Size& size);
+/// The text form of a date in UTC to the second, "2001-02-03 04:05:06 +0000".
+PLATEN_EXPORT std::string textOf(const Date& date);
+
+}  // namespace platen::inline v0

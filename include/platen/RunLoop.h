@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+/// @file
+/// The run loop on which scheduled work happens: the library has no threads of its own.
+
+#include <chrono>
+#include <memory>
+#include <optional>
+
+#include "platen/Export.h"
+
+namespace platen::inline v0 {
+
+/// One thread's run loop. Everything that is scheduled happens inside a call of `runOnce`, `run` or
+/// `runUntil`; between such calls nothing happens at all.
+///
+/// Threads: used on the thread that made it only. Neither copied nor moved.
+class PLATEN_EXPORT RunLoop : public std::enable_shared_from_this<RunLoop> {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  /// The calling thread's own loop, made on first use and let go when the thread ends.
+  static std::shared_ptr<RunLoop> current();
+  /// A new loop that is no thread's current one, for driving one piece of work to its end.
+  static std::shared_ptr<RunLoop> makePrivate();
+
+  RunLoop(const RunLoop&) = delete;
+  RunLoop& operator=(const RunLoop&) = delete;
+  ~RunLoop();
+
+  /// Handles what is ready, waiting at most `wait` for something to become ready. Returns true when
+  /// something was handled.
+  bool runOnce(std::chrono::milliseconds wait);
+  /// Runs until `stop` is called.
+  void run();
+  /// Runs until `stop` is called (true) or `deadline` has passed (false).
+  bool runUntil(Clock::time_point deadline);
+  /// Makes the innermost `run` or `runUntil` return as soon as the current turn is over.
+  void stop();
+
+  /// A descriptor that becomes readable when `runOnce` has something to do. It stays the loop's.
+  [[nodiscard]] int descriptor() const;
+  /// How long a host may wait on the descriptor before it must call `runOnce`: nothing when for
+  /// ever, 0 when at once. To be asked again after every turn and every call into the library.
+  [[nodiscard]] std::optional<std::chrono::milliseconds> timeout() const;
+
+  struct Private;
+  /// The library's own door to the loop; of no use outside of it.
+  [[nodiscard]] Private& internals() noexcept { return *private_; }
+
+ private:
+  RunLoop();
+  std::unique_ptr<Private> private_;
+};
+
+}  // namespace platen::inline v0

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+/// @file
+/// A string that is kept either as a copy of its own or as a piece of somebody else's octets.
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platen/Export.h"
+
+namespace platen::inline v0 {
+
+/// A piece of UTF-8 text that an object keeps: its own copy, or borrowed from the octets of the
+/// message that the object was decoded with and lives no longer than. May be absent, which is not
+/// the same as empty. Two words long.
+///
+/// Threads: one thread at a time; a const one may be shared between threads.
+class PLATEN_EXPORT Text {
+ public:
+  /// Absent.
+  constexpr Text() noexcept = default;
+  /// A copy of `text`; absent when there is none.
+  explicit Text(std::optional<std::string_view> text);
+  /// Borrowed: the octets must outlive this object and everything moved from it.
+  static Text borrowed(std::string_view text) noexcept;
+
+  /// A copy owns its octets, also when `other` has borrowed them.
+  Text(const Text& other);
+  Text(Text&& other) noexcept;
+  Text& operator=(Text other) noexcept;
+  ~Text();
+
+  [[nodiscard]] bool isAbsent() const noexcept { return octets_ == nullptr; }
+  /// The text, or nothing when absent; valid as long as this object.
+  [[nodiscard]] std::optional<std::string_view> view() const noexcept {
+    return isAbsent() ? std::nullopt : std::optional(viewOrEmpty());
+  }
+  /// The text, or "" when absent; valid as long as this object.
+  [[nodiscard]] std::string_view viewOrEmpty() const noexcept { return {octets_, size_}; }
+
+  /// Both absent, or both there and equal octet for octet.
+  friend bool operator==(const Text& left, const Text& right) noexcept {
+    return left.view() == right.view();
+  }
+
+ private:
+  const char* octets_ = nullptr;
+  std::size_t size_ : 63 = 0;
+  bool owned_ : 1 = false;
+};
+
+}  // namespace platen::inline v0

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+/// @file
+/// Memory that is taken in small pieces and given back all at once.
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "platen/Data.h"
+
+namespace platen::inline v0 {
+
+/// Memory for the many small objects of one decoded message: their octets, their names and
+/// themselves. Whoever holds a reference to one of them holds the arena, so a message costs a
+/// handful of heap calls instead of one for every value.
+///
+/// Objects inside refer to each other by plain pointers, never by counted ones: an arena that held
+/// itself would never go.
+///
+/// Threads: filled on one thread, then read only.
+class Arena : public std::enable_shared_from_this<Arena> {
+ public:
+  /// Makes room for `firstChunk` octets from the start.
+  static std::shared_ptr<Arena> make(std::size_t firstChunk);
+
+  Arena(const Arena&) = delete;
+  Arena& operator=(const Arena&) = delete;
+  ~Arena();
+
+  /// Uninitialised room; lives as long as the arena. `alignment` is a power of two, at most that of
+  /// the fundamental types.
+  void* allocate(std::size_t size, std::size_t alignment);
+  /// A copy of `text` that lives as long as the arena.
+  std::string_view copy(std::string_view text);
+  Bytes copy(Bytes bytes);
+
+  /// Has `destroy(object)` called when the arena goes, the last registered first.
+  void onRelease(void* object, void (*destroy)(void*));
+
+ private:
+  struct Key {};
+  struct Finaliser {
+    void* object;
+    void (*destroy)(void*);
+  };
+
+ public:
+  explicit Arena(Key /*key*/) {}
+
+ private:
+  void addChunk(std::size_t atLeast);
+
+  std::vector<std::unique_ptr<std::uint8_t[]>> chunks_;
+  std::vector<Finaliser> finalisers_;
+  std::uint8_t* next_ = nullptr;
+  std::uint8_t* end_ = nullptr;
+  std::size_t chunkSize_ = 0;
+};
+
+}  // namespace platen::inline v0

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "platform/HTTPEarlyAnswer.h"
+
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cerrno>
+
+namespace platen::inline v0 {
+
+namespace {
+
+// As much as libcurl reads at once: a head that is whole in here, is whole for libcurl.
+constexpr std::size_t kLookAhead = 16384;
+
+// RFC 9112 §4: status-line = HTTP-version SP status-code SP [ reason-phrase ]
+constexpr std::string_view kStatusLine = "HTTP/1.d ddd";
+
+bool matchesStatusLine(std::string_view text) {
+  const auto length = std::min(text.size(), kStatusLine.size());
+  return std::equal(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(length),
+                    kStatusLine.begin(), [](char found, char expected) {
+                      return expected == 'd' ? std::isdigit(static_cast<unsigned char>(found)) != 0
+                                             : found == expected;
+                    });
+}
+
+/// The length of the head that `text` begins with, its empty line included; 0 when it is not whole.
+/// A lone LF ends a line too (RFC 9112 §2.2).
+std::size_t headLength(std::string_view text) {
+  for (auto end = text.find('\n'); end != std::string_view::npos; end = text.find('\n', end + 1)) {
+    const auto next = text.substr(end + 1);
+    if (next.starts_with('\n')) {
+      return end + 2;
+    }
+    if (next.starts_with("\r\n")) {
+      return end + 3;
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+HTTPEarlyAnswer judgeEarlyAnswer(std::string_view received, std::size_t& interim) {
+  interim = 0;
+  for (;;) {
+    const auto text = received.substr(interim);
+    if (text.empty()) {
+      return HTTPEarlyAnswer::nothing;
+    }
+    if (!matchesStatusLine(text)) {
+      return HTTPEarlyAnswer::malformed;
+    }
+    if (text.size() < kStatusLine.size()) {
+      return HTTPEarlyAnswer::beginning;
+    }
+    const char statusClass = text[kStatusLine.find(' ') + 1];
+    const auto head = headLength(text);
+    if (statusClass >= '4') {
+      return head != 0 || text.size() >= kLookAhead ? HTTPEarlyAnswer::refusal
+                                                    : HTTPEarlyAnswer::refusalBeginning;
+    }
+    if (statusClass != '1') {
+      return HTTPEarlyAnswer::other;
+    }
+    if (head == 0) {
+      return text.size() >= kLookAhead ? HTTPEarlyAnswer::malformed : HTTPEarlyAnswer::beginning;
+    }
+    interim += head;
+  }
+}
+
+HTTPEarlyAnswer lookForEarlyAnswer(int socket, std::size_t& interimOctets) {
+  std::array<char, kLookAhead> octets;
+  const auto count = recv(socket, octets.data(), octets.size(), MSG_PEEK | MSG_DONTWAIT);
+  if (count <= 0) {
+    const bool isPending = count < 0 && (errno == EAGAIN || errno == EINTR);
+    return isPending ? HTTPEarlyAnswer::nothing : HTTPEarlyAnswer::closed;
+  }
+  std::size_t interim = 0;
+  const auto answer = judgeEarlyAnswer({octets.data(), static_cast<std::size_t>(count)}, interim);
+  if (interim > 0) {
+    recv(socket, octets.data(), interim, MSG_DONTWAIT);
+    interimOctets += interim;
+  }
+  return answer;
+}
+
+}  // namespace platen::inline v0

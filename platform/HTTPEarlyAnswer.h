@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace platen::inline v0 {
+
+/// What a server has to say while it is still being sent a request's body.
+enum class HTTPEarlyAnswer {
+  nothing,           ///< no octet yet
+  beginning,         ///< octets that do not make a status line yet
+  refusalBeginning,  ///< a status of 400 or above, but not all of the head
+  refusal,           ///< the whole head of a status of 400 or above
+  other,             ///< another final status
+  malformed,         ///< no HTTP/1 answer
+  closed,            ///< the end or the failure of the connection, and nothing before it
+};
+
+/// Judges what has been received but not yet read on `socket`. Heads of 1xx (RFC 9110 §15.2) are
+/// read and dropped; their octets are added to `interimOctets`. Nothing else is taken away.
+HTTPEarlyAnswer lookForEarlyAnswer(int socket, std::size_t& interimOctets);
+
+/// The same of the octets `received`, of which the first `interim`, on return, are heads of 1xx.
+HTTPEarlyAnswer judgeEarlyAnswer(std::string_view received, std::size_t& interim);
+
+}  // namespace platen::inline v0
