@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+/// @file
+/// Messages (RFC 8010 §3.1.1): what requests and responses have in common.
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platen/Data.h"
+#include "platen/Export.h"
+#include "platen/IPPAttributeGroup.h"
+#include "platen/IPPCoder.h"
+#include "platen/RawValue.h"
+#include "platen/Stream.h"
+
+namespace platen::inline v0 {
+
+/// An IPP message: a tag (the operation-id of a request, the status-code of a response), a
+/// request-id and an ordered list of attribute groups.
+///
+///     message = %x01.01 tag-INT16 request-id-INT32 *group %x03         ; RFC 8010 §3.1.1
+///
+/// Attributes are looked up by patterns: the key is matched against the whole name, `*` stands for
+/// any run of characters, `?` for exactly one, letter case and diacritic marks are ignored.
+///
+/// The reading constructors return null, never half a message, when the source is absent or empty,
+/// when the version is not 1.1 or above (nor one with an octet of 0x80 and above), and when the
+/// octets do not decode. They raise nothing.
+///
+/// Threads: one thread at a time. A reference object: held by `std::shared_ptr`.
+class PLATEN_EXPORT IPPMessage : public IPPCodable {
+ public:
+  using Group = std::shared_ptr<IPPAttributeGroup>;
+  using Groups = std::vector<Group>;
+  using Attributes = IPPAttributeGroup::Attributes;
+
+  IPPMessage(std::int32_t tag, std::int32_t requestId, Groups groups = {});
+  IPPMessage(const IPPMessage&) = delete;
+  IPPMessage& operator=(const IPPMessage&) = delete;
+  ~IPPMessage() override;
+
+  static std::shared_ptr<IPPMessage> initWithDataRepresentation(Bytes data);
+  /// From an open stream, which is left right after the message.
+  static std::shared_ptr<IPPMessage> initWithStream(const std::shared_ptr<InputStream>& stream);
+  /// From a descriptor, which stays the caller's and is left right after the message.
+  static std::shared_ptr<IPPMessage> initWithFileHandle(int descriptor);
+  /// From a coder of either face.
+  static std::shared_ptr<IPPMessage> initWithCoder(IPPCoder& coder);
+
+  /// The whole message in its binary form, version 1.1.
+  [[nodiscard]] Data dataRepresentation() const;
+  /// Writes it to a descriptor in one write. Always true, also when nothing could be written.
+  bool writeToFileHandle(int descriptor) const;  // NOLINT(modernize-use-nodiscard)
+  /// Writes it to an open stream in one write; true when the stream took all of it. A partial write
+  /// is a failure and is not completed.
+  [[nodiscard]] bool writeToStream(OutputStream& stream) const;
+
+  /// The operation-id or the status-code; a status of 0x8000 and above is negative.
+  [[nodiscard]] std::int32_t ippTag() const noexcept { return tag_; }
+  [[nodiscard]] std::int32_t requestId() const noexcept { return requestId_; }
+  [[nodiscard]] const Groups& ippGroups() const noexcept { return groups_; }
+  /// Appends; a null group is ignored, and groups of one kind stay apart.
+  void addGroup(Group group);
+  /// The groups in the order in which they are written.
+  [[nodiscard]] virtual Groups sortedGroupsForIPPCoding() const;
+
+  // --- Groups -----------------------------------------------------------------------------------
+
+  /// The groups whose name matches `pattern`, in order.
+  [[nodiscard]] Groups ippGroupsWithName(std::string_view pattern) const;
+  /// The first operation group, or null.
+  [[nodiscard]] Group operationGroup() const;
+  /// The first subscription group, or null.
+  [[nodiscard]] Group subscriptionGroup() const;
+  [[nodiscard]] Groups printerGroups() const;
+  [[nodiscard]] Groups jobGroups() const;
+  [[nodiscard]] Groups subscriptionGroups() const;
+  [[nodiscard]] Groups notificationEventsGroups() const;
+  /// Those of `operationGroup`; nothing when there is none.
+  [[nodiscard]] std::optional<Attributes> operationAttributes() const;
+  /// Those of `subscriptionGroup`; nothing when there is none.
+  [[nodiscard]] std::optional<Attributes> subscriptionAttributes() const;
+
+  // --- Attributes across all groups ---------------------------------------------------------------
+
+  /// The attributes whose name matches `pattern`, in group order and then attribute order.
+  [[nodiscard]] Attributes attributesForKey(std::string_view pattern) const;
+  /// The first of them, or null.
+  [[nodiscard]] std::shared_ptr<IPPAttribute> attributeForKey(std::string_view pattern) const;
+  /// The raw object of its value; absent when there is no match.
+  [[nodiscard]] RawValue attributeValueForKey(std::string_view pattern) const;
+  /// The raw objects of the values of `attributesForKey`.
+  [[nodiscard]] RawValue::Array attributeValuesForKey(std::string_view pattern) const;
+  /// One list for each group.
+  [[nodiscard]] std::vector<Attributes> allAttributes() const;
+  /// The `namedValues` of each group; an empty dictionary stands for a group without attributes.
+  [[nodiscard]] std::vector<RawValue::Dictionary> allNamedValues() const;
+  /// The `namedValues` of the first group; nothing when there is none or it is empty.
+  [[nodiscard]] std::optional<RawValue::Dictionary> namedValues() const;
+
+  /// The same class, and `isEqualToMessage`.
+  [[nodiscard]] bool isEqual(const IPPMessage& other) const;
+  /// Equal tags, request-ids and groups, in order.
+  [[nodiscard]] bool isEqualToMessage(const IPPMessage& other) const;
+  /// Of the groups alone; equal messages have equal hashes.
+  [[nodiscard]] std::size_t hash() const;
+  /// A new message of the same class with a list of its own of the same groups.
+  [[nodiscard]] std::shared_ptr<IPPMessage> copy() const;
+  /// The list of the groups.
+  [[nodiscard]] virtual std::string description() const;
+
+  [[nodiscard]] std::string_view className() const noexcept override;
+  void encodeWithCoder(IPPCoder& coder) const override;
+
+ protected:
+  /// An empty message, to be read into.
+  IPPMessage() = default;
+
+  /// Reads header and groups; false when they do not decode.
+  bool readFrom(IPPCoder& coder);
+  bool readFromData(Bytes data);
+  bool readFromStream(const std::shared_ptr<InputStream>& stream);
+  bool readFromFileHandle(int descriptor);
+  /// Called when everything has been read or copied.
+  virtual void awakeAfterReading();
+  /// A new, empty message of this message's class.
+  [[nodiscard]] virtual std::shared_ptr<IPPMessage> makeEmptyCopy() const;
+
+ private:
+  bool readSequence(IPPCoder& coder);
+  bool readKeys(IPPCoder& coder);
+
+  std::int32_t tag_ = 0;
+  std::int32_t requestId_ = 0;
+  Groups groups_;
+};
+
+}  // namespace platen::inline v0

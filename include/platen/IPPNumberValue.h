@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+/// @file
+/// The numeric syntaxes (RFC 8011 §5.1.5, §5.1.13, §5.1.14).
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "platen/Export.h"
+#include "platen/IPPValue.h"
+
+namespace platen::inline v0 {
+
+/// The abstract number value.
+///
+///     body = %x00.04 4OCTET          ; RFC 8010 §3.9
+///
+/// Threads: immutable; may be shared between threads.
+class PLATEN_EXPORT IPPNumberValue : public IPPValueImpl {
+ public:
+  explicit IPPNumberValue(Number number) noexcept : number_(number) {}
+
+  [[nodiscard]] const Number& number() const noexcept { return number_; }
+
+  [[nodiscard]] RawValue rawValue() const override;
+  /// Decimal text.
+  [[nodiscard]] std::optional<std::string> stringValue() const override;
+  /// The low 32 bits.
+  [[nodiscard]] std::int32_t intValue() const override;
+  /// The number is not zero.
+  [[nodiscard]] bool boolValue() const override;
+  [[nodiscard]] bool _hasEqualRawValue(const IPPValue& other) const override;
+  void encodeWithCoder(IPPCoder& coder) const override;
+
+ private:
+  Number number_;
+};
+
+/// integer. Threads: immutable; may be shared between threads.
+class PLATEN_EXPORT IPPInteger : public IPPNumberValue {
+ public:
+  using IPPNumberValue::IPPNumberValue;
+  static const IPPValueClass descriptor;
+  [[nodiscard]] const IPPValueClass& ippClass() const noexcept override { return descriptor; }
+};
+
+/// enum. Threads: immutable; may be shared between threads.
+class PLATEN_EXPORT IPPEnum : public IPPNumberValue {
+ public:
+  using IPPNumberValue::IPPNumberValue;
+  static const IPPValueClass descriptor;
+  [[nodiscard]] const IPPValueClass& ippClass() const noexcept override { return descriptor; }
+  /// The number read as an unsigned 32-bit integer, in the same 32 bits.
+  [[nodiscard]] std::int32_t intValue() const override;
+};
+
+/// boolean.
+///
+///     body = %x00.01 OCTET           ; 0 false, written 1 and read not 0 for true
+///
+/// Threads: immutable; may be shared between threads.
+class PLATEN_EXPORT IPPBoolean : public IPPNumberValue {
+ public:
+  using IPPNumberValue::IPPNumberValue;
+  static const IPPValueClass descriptor;
+  [[nodiscard]] const IPPValueClass& ippClass() const noexcept override { return descriptor; }
+  void encodeWithCoder(IPPCoder& coder) const override;
+};
+
+}  // namespace platen::inline v0
