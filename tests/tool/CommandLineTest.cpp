@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <pty.h>
+
+#include <string>
+#include <thread>
+
+#include "tests/tool/MessageOctets.h"
+#include "tests/tool/ToolRun.h"
+
+namespace platen::test {
+namespace {
+
+TEST(CommandLine, TellsItsVersion) {
+  const ToolRun run = runTool({"--version"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.out.substr(0, 9), "platen 0.");
+  EXPECT_EQ(run.out.find('\n'), run.out.size() - 1);
+}
+
+TEST(CommandLine, HelpsWithEachCommandAndTheExitStatuses) {
+  for (const Arguments& arguments :
+       {Arguments{"--help"}, {"attributes", "--help"}, {"print", "--help"}, {"dump", "-h"}}) {
+    const ToolRun run = runTool(arguments);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, "");
+    EXPECT_NE(run.out.find("Usage: platen"), std::string::npos);
+    EXPECT_NE(run.out.find("  3  no answer"), std::string::npos);
+  }
+}
+
+TEST(CommandLine, KeepsItsHelpWithin100Columns) {
+  for (const char* command : {"attributes", "print", "dump"}) {
+    const std::string help = runTool({command, "--help"}).out;
+    for (std::size_t begin = 0, end = 0; (end = help.find('\n', begin)) != std::string::npos;
+         begin = end + 1) {
+      EXPECT_LE(end - begin, 100U) << help.substr(begin, end - begin);
+    }
+  }
+}
+
+TEST(CommandLine, RefusesWhatMakesNoSense) {
+  const std::string longURI = "ipp://host/" + std::string(1013, 'a');
+  const struct {
+    Arguments arguments;
+    std::string reason;
+  } cases[] = {
+      {{}, "a command is missing"},
+      {{"frobnicate"}, "\"frobnicate\" is neither a command nor an option"},
+      {{"--frobnicate"}, "\"--frobnicate\" is neither a command nor an option"},
+      {{"dump", "-", "--width", "1.5"}, "1.5"},
+      {{"dump"}, "FILE is required"},
+      {{"dump", "a", "b"}, "b"},
+      {{"dump", "-", "--frobnicate"}, "--frobnicate"},
+      {{"dump", "-", "--request", "--response"}, "excludes"},
+      {{"dump", "-", "--width", "wide"}, "\"wide\" is not a number from 0 on"},
+      {{"dump", "-", "--width", "-1"}, "-1"},
+      {{"attributes"}, "URI is required"},
+      {{"attributes", "ipp://localhost/", "--timeout", "soon"}, "\"soon\" is not a number"},
+      {{"attributes", "ipp://localhost/", "--timeout", "nan"}, "\"nan\" is not a number"},
+      {{"attributes", "ipp://localhost/", "--timeout", "-1"}, "-1"},
+      {{"print", "ipp://localhost/"}, "FILE is required"},
+      {{"print", "ipp://localhost/", "/dev/null", "--format"}, "--format"},
+      {{"attributes", "not a uri"}, "\"not a uri\" is not a URI"},
+      {{"attributes", ""}, "is not a URI"},
+      {{"attributes", "localhost/ipp"}, "must begin with ipp:// or http://"},
+      {{"attributes", "file:///etc/passwd"}, "must begin with ipp:// or http://"},
+      {{"attributes", "ipps://localhost/"}, "encrypted"},
+      {{"attributes", "HTTPS://localhost/"}, "encrypted"},
+      {{"attributes", "ipp:///ipp/print"}, "names no host"},
+      {{"attributes", "ipp:ipp/print"}, "names no host"},
+      {{"attributes", "ipp://localhost:99999/"}, "is not a URI"},
+      {{"attributes", "ipp://localhost/", ""}, "\"\" is not the name of an attribute"},
+      {{"attributes", "ipp://localhost/", std::string(256, 'n')}, "nn\" is not the name"},
+      {{"attributes", "ipp://localhost/", "\xC3\xA9"}, "is not the name of an attribute"},
+      {{"attributes", longURI}, "at most 1023 characters"},
+  };
+  for (const auto& [arguments, reason] : cases) {
+    const ToolRun run = runTool(arguments, "");
+    EXPECT_EQ(run.status, 2) << reason;
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err.substr(0, 8), "platen: ");
+    EXPECT_NE(run.err.find(reason), std::string::npos) << run.err;
+    EXPECT_EQ(run.err.find('\n'), run.err.size() - 1) << run.err;
+  }
+}
+
+TEST(CommandLine, TakesTheNameOfACommandForAFile) {
+  EXPECT_EQ(runTool({"dump", "print"}).err,
+            "platen: cannot read print: No such file or directory\n");
+}
+
+TEST(CommandLine, ComplainsAboutAFullDisk) {
+  const ScratchFile in(printerResponse(attribute(0x21, "copies", int32(1))));
+  const ScratchFile err;
+  const int full = ::open("/dev/full", O_WRONLY | O_CLOEXEC);
+  EXPECT_EQ(statusOf(startTool({"dump", "-"}, in.descriptor(), full, err.descriptor())), 1);
+  ::close(full);
+  EXPECT_EQ(err.contents(), "platen: cannot write to standard output\n");
+}
+
+// What a dump looks like on a terminal of that many columns.
+std::string dumpOnTerminal(const std::string& message, unsigned short columns,
+                           const std::vector<std::string>& environment) {
+  int master = -1;
+  int slave = -1;
+  const winsize size{25, columns, 0, 0};
+  EXPECT_EQ(::openpty(&master, &slave, nullptr, nullptr, &size), 0);
+  const ScratchFile in(message);
+  const pid_t process = startTool({"dump", "-"}, in.descriptor(), slave, slave, environment);
+  ::close(slave);
+  std::string shown;
+  char buffer[1024];
+  for (ssize_t count = 0; (count = ::read(master, buffer, sizeof buffer)) > 0;) {
+    shown.append(buffer, static_cast<std::size_t>(count));
+  }
+  ::close(master);
+  EXPECT_EQ(statusOf(process), 0);
+  return shown;
+}
+
+const std::string kTwoValues =
+    printerResponse(attribute(0x44, "media-ready", "iso_a4_210x297mm") + also(0x44, "other"));
+
+TEST(CommandLine, ShowsStylesOnATerminal) {
+  EXPECT_EQ(dumpOnTerminal(kTwoValues, 80, {"TERM=xterm"}),
+            "\x1B[1mResponse successful-ok (0x0000), IPP 1.1, request-id 1\x1B[0m\r\n\r\n"
+            "\x1B[1mPrinter attributes\x1B[0m\r\n"
+            "  \x1B[2mmedia-ready\x1B[0m  iso_a4_210x297mm, other\r\n");
+}
+
+TEST(CommandLine, ShowsNoStylesWhereTheyAreNotWanted) {
+  for (const std::vector<std::string>& environment :
+       {std::vector<std::string>{"TERM=xterm", "NO_COLOR=1"}, {"TERM=dumb"}}) {
+    EXPECT_EQ(dumpOnTerminal(kTwoValues, 80, environment).find('\x1B'), std::string::npos);
+  }
+}
+
+TEST(CommandLine, IsAsWideAsTheTerminal) {
+  EXPECT_NE(dumpOnTerminal(kTwoValues, 33, {"TERM=dumb"})
+                .find("  media-ready  iso_a4_210x297mm,\r\n               other\r\n"),
+            std::string::npos);
+}
+
+TEST(CommandLine, IsAsWideAsCOLUMNSSaysWhenThereIsNoTerminal) {
+  EXPECT_NE(runTool({"dump", "-"}, kTwoValues, {"COLUMNS=33"})
+                .out.find("  media-ready  iso_a4_210x297mm,\n               other\n"),
+            std::string::npos);
+  for (const char* nonsense : {"COLUMNS=", "COLUMNS=3", "COLUMNS=wide"}) {
+    EXPECT_NE(runTool({"dump", "-"}, kTwoValues, {nonsense}).out.find("297mm, other\n"),
+              std::string::npos);
+  }
+}
+
+}  // namespace
+}  // namespace platen::test

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+/// @file
+/// Text on its way to a terminal: made harmless, measured and broken into lines.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace platen::tool {
+
+using Lines = std::vector<std::string>;
+
+/// `text` with everything escaped that could act on a terminal or turn its words around: control
+/// characters ("\n", "\t", "\x1b", "\u0085"), line and paragraph separators, the marks of writing
+/// direction, and octets that are no UTF-8 ("\xff").
+std::string harmless(std::string_view text);
+
+/// How many columns of a terminal `text` takes: 2 for each wide character of East Asia and each
+/// emoji, 0 for each combining mark, otherwise 1. `text` is valid UTF-8.
+std::size_t displayWidth(std::string_view text);
+
+/// `text` followed by blanks up to `width` columns; a wider one as it is.
+std::string padded(std::string_view text, std::size_t width);
+
+/// `pieces` one after the other in as few lines of at most `width` columns as they fit. A piece is
+/// never broken: one that is wider has a line of its own. Blanks at the end of a line are left out.
+Lines wrapped(const std::vector<std::string>& pieces, std::size_t width);
+
+/// `text` cut behind each blank and each semicolon.
+std::vector<std::string> piecesOf(std::string_view text);
+
+}  // namespace platen::tool
