@@ -511,8 +511,8 @@ inline constexpr std::string_view IPPErrorUnknownReasonAttributes =
 // belongs to the interface.
 
 /// Yours to use. Threads: unguarded.
-PLATEN_EXPORT extern std::int32_t IPP_DELIMETER_TAG;
+extern "C" PLATEN_EXPORT std::int32_t IPP_DELIMETER_TAG;
 /// Yours to use. Threads: unguarded.
-PLATEN_EXPORT extern std::int32_t IPP_RESOLUTUION_UNIT;
+extern "C" PLATEN_EXPORT std::int32_t IPP_RESOLUTUION_UNIT;
 
 }  // namespace platen::inline v0

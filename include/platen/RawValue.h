@@ -21,6 +21,10 @@
 
 namespace platen::inline v0 {
 
+/// The types that a number is made from.
+template <class T>
+concept Arithmetic = std::is_arithmetic_v<T>;
+
 /// A boolean, a 64-bit integer or a double. Numbers compare by their numeric value, whatever kind
 /// they are: true equals 1.
 ///
@@ -28,8 +32,7 @@ namespace platen::inline v0 {
 class PLATEN_EXPORT Number {
  public:
   constexpr Number() noexcept = default;
-  template <class T>
-    requires std::is_arithmetic_v<T>
+  template <Arithmetic T>
   constexpr Number(T value) noexcept {  // NOLINT(google-explicit-constructor): any number is one
     if constexpr (std::is_floating_point_v<T>) {
       value_ = static_cast<double>(value);
@@ -117,8 +120,7 @@ class PLATEN_EXPORT RawValue {
   RawValue(Date date) noexcept;                          // NOLINT(google-explicit-constructor)
   RawValue(Array array) noexcept;                        // NOLINT(google-explicit-constructor)
   RawValue(RawValue::Dictionary dictionary);             // NOLINT(google-explicit-constructor)
-  template <class T>
-    requires std::is_arithmetic_v<T>
+  template <Arithmetic T>
   RawValue(T number) noexcept  // NOLINT(google-explicit-constructor)
       : RawValue(Number(number)) {}
   /// `object`, or absent when there is none.
