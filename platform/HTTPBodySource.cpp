@@ -34,18 +34,31 @@ HTTPBodySource::State HTTPBodySource::refill() {
     return State::ready;
   }
   // At the end there is nothing available either, and a read is what says so.
-  if (!stream_->hasBytesAvailable() && mayComeLater()) {
+  if (isReading_ || (!stream_->hasBytesAvailable() && mayComeLater())) {
     return State::dry;
   }
-  piece_.resize(kPieceLength);
-  taken_ = 0;
-  const auto count = stream_->read(piece_.data(), piece_.size());
-  piece_.resize(static_cast<std::size_t>(std::max<std::ptrdiff_t>(count, 0)));
-  isAtEnd_ = count == 0;
+  const auto count = readNext();
   if (count < 0) {
     return mayComeLater() ? State::dry : State::failed;
   }
+  next_.resize(static_cast<std::size_t>(count));
+  std::swap(piece_, next_);
+  taken_ = 0;
+  isAtEnd_ = count == 0;
   return State::ready;
+}
+
+std::ptrdiff_t HTTPBodySource::readNext() {
+  struct Reading {
+    explicit Reading(bool& flag) : isReading(flag) { isReading = true; }
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+    ~Reading() { isReading = false; }
+    bool& isReading;
+  };
+  const Reading reading(isReading_);
+  next_.resize(kPieceLength);
+  return stream_->read(next_.data(), next_.size());
 }
 
 std::optional<std::size_t> HTTPBodySource::take(std::uint8_t* destination, std::size_t room) {

@@ -40,10 +40,14 @@ class HTTPBodySource {
 
  private:
   [[nodiscard]] bool mayComeLater() const;
+  std::ptrdiff_t readNext();
 
   std::shared_ptr<InputStream> stream_;
   Data piece_;
   std::size_t taken_ = 0;
+  /// What the stream reads into. Its code may run the loop, in which libcurl asks for octets.
+  Data next_;
+  bool isReading_ = false;
   bool isAtEnd_ = false;
 };
 

@@ -196,13 +196,27 @@ void HTTPEngine::act(int descriptor, int events) {
   settle();
 }
 
+void HTTPEngine::nudge(const HTTPTransfer& transfer, int direction) {
+  const bool reads = direction == CURL_POLL_IN;
+  const auto isIt = [&](const auto& entry) {
+    return entry.second.transfer == &transfer && (reads ? entry.second.reads : entry.second.writes);
+  };
+  const auto found = std::find_if(sockets_.begin(), sockets_.end(), isIt);
+  if (found != sockets_.end()) {
+    int running = 0;
+    curl_multi_socket_action(multi_, found->first, reads ? CURL_CSELECT_IN : CURL_CSELECT_OUT,
+                             &running);
+    collectEnded();
+  }
+}
+
 void HTTPEngine::collectEnded() {
   int left = 0;
   while (const CURLMsg* const message = curl_multi_info_read(multi_, &left)) {
     if (message->msg == CURLMSG_DONE) {
       auto& transfer = *HTTPTransfer::of(message->easy_handle);
       transfer.client().transferEnded(transfer.result(message->data.result));
-      touched_.push_back(transfer.client().weak_from_this());
+      touch(transfer.client());
     }
   }
 }
@@ -218,8 +232,9 @@ void HTTPEngine::touch(HTTPTransferClient& client) {
 }
 
 void HTTPEngine::settle() {
-  // A delegate may run the loop, so that this is entered again.
-  while (!touched_.empty()) {
+  // A delegate may run the loop, so that this is entered again. What is touched meanwhile has its
+  // turn later, lest one busy transfer keeps all others waiting.
+  for (auto count = touched_.size(); count > 0 && !touched_.empty(); --count) {
     const auto client = touched_.front().lock();
     touched_.pop_front();
     if (client != nullptr) {

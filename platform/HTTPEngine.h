@@ -48,14 +48,15 @@ class HTTPEngine {
 
   /// Socket handling for libcurl: returns a descriptor or -1.
   int openSocket(int family, int type, int protocol);
-  /// Takes over a connected socket.
-  void adoptSocket(int descriptor) { sockets_[descriptor]; }
   void closeSocket(int descriptor);
 
   /// Has the client's `settle` called before the next turn of the loop ends.
   void touch(HTTPTransferClient& client);
   /// To be called when what a transfer wants to hear of has changed.
   void refresh(const HTTPTransfer& transfer);
+  /// Tells libcurl that the transfer's socket is ready for `direction` (CURL_POLL_IN or _OUT), if
+  /// it waits for that.
+  void nudge(const HTTPTransfer& transfer, int direction);
   /// Whether libcurl waits to write for the transfer.
   [[nodiscard]] bool isWriting(const HTTPTransfer& transfer) const;
   /// How many octets the system has not yet got acknowledged by the transfer's peer.

@@ -17,6 +17,7 @@ namespace {
 constexpr milliseconds kDrySourcePause(20);
 // How long to leave an answer alone of which only the first octets are there.
 constexpr milliseconds kLookPause(10);
+constexpr const char* kHeadTooLong = "too long a head";
 
 /// The form in which libcurl takes the addresses of a name.
 std::string resolvedEntry(const HTTPTarget& target, const HostAddresses& found) {
@@ -79,10 +80,13 @@ void HTTPExchange::begin() {
   const auto octetsInFlight = [this] {
     return transfer_ == nullptr ? 0 : engine_->octetsInFlight(*transfer_);
   };
-  const auto expired = [this] { fail(idleError(stage_, idleClock_->limit(), target_.authority)); };
+  const auto expired = [this] { failIdle(); };
   idleClock_ =
       std::make_unique<HTTPIdleClock>(loop, request_.timeoutInterval, octetsInFlight, expired);
-  plan_.connectTimeout = idleClock_->limit();
+  if (idleClock_->limit().count() > 0) {
+    // libcurl divides it among the host's addresses; that it ends is for the idle clock to say.
+    plan_.connectTimeout = idleClock_->limit() + std::chrono::seconds(1);
+  }
   drySourceTimer_ = std::make_unique<Timer>(loop, [this] { feed(); });
   lookTimer_ = std::make_unique<Timer>(loop, [this] { transfer_->setLooksAhead(isSending_); });
   if (target_.needsResolving) {
@@ -138,27 +142,24 @@ void HTTPExchange::startTransfer(HTTPTransferPlan plan) {
 
 void HTTPExchange::transferConnected() {
   stage_ = HTTPStage::exchanging;
-  isSending_ = (plan_.body != nullptr || plan_.isStreamed) && !isRefused_;
+  isSending_ = plan_.body != nullptr || plan_.isStreamed;
   isFirstLookDue_ = isSending_;
-  if (isSending_) {
-    salvage_.reset();  // of a connection that libcurl has replaced by this one
-  }
+  wantsBody_ = isSending_;
+  isSourceUsedUp_ = false;
+  salvage_.reset();  // of a connection that libcurl has replaced by this one
 }
 
 bool HTTPExchange::transferReceivedHeaderLine(std::string_view line) {
   if (head_.takeLine(line)) {
     return true;
   }
-  ownError_ = httpError(HTTPErrorCode::badServerResponse,
-                        "the head of the answer from " + target_.authority + " is too long");
+  ownCode_ = HTTPErrorCode::badServerResponse;
   return false;
 }
 
 bool HTTPExchange::transferReceivedBody(Bytes bytes) {
   if (bytes.size() > request_.maximumBodyLength - bodyLength_) {
-    ownError_ = httpError(HTTPErrorCode::dataLengthExceedsMaximum,
-                          "the answer from " + target_.authority + " is longer than " +
-                              std::to_string(request_.maximumBodyLength) + " octets");
+    ownCode_ = HTTPErrorCode::dataLengthExceedsMaximum;
     return false;
   }
   bodyLength_ += bytes.size();
@@ -186,14 +187,14 @@ void HTTPExchange::transferMoved() {
   }
 }
 
-void HTTPExchange::transferEnded(HTTPTransferResult result) { result_ = std::move(result); }
-
 void HTTPExchange::settle() {
   if (hasEnded()) {
     return;
   }
   if (isSending_ && !result_.has_value()) {
     driveBody();
+  } else if (wantsBody_ && isRefused_) {
+    letReceive();  // libcurl waits for a body that nobody wants any more
   }
   deliver();
   if (!hasEnded() && result_.has_value()) {
@@ -204,16 +205,19 @@ void HTTPExchange::settle() {
 void HTTPExchange::driveBody() {
   if (std::exchange(isFirstLookDue_, false)) {
     transfer_->setLooksAhead(true);
+    if (source_ == nullptr) {
+      transfer_->resumeSending();
+    }
   }
-  if (wantsBody_) {
+  if (source_ != nullptr && !isSourceUsedUp_) {
     feed();
-  } else if ((source_ == nullptr || isSourceUsedUp_) && !engine_->isWriting(*transfer_)) {
+  } else if (!result_.has_value() && !engine_->isWriting(*transfer_)) {
     stopSending();
   }
 }
 
 void HTTPExchange::feed() {
-  if (!isSending_ || !wantsBody_) {
+  if (!isSending_ || isSourceUsedUp_) {
     return;
   }
   const auto keep = shared_from_this();
@@ -225,10 +229,10 @@ void HTTPExchange::feed() {
   if (state == HTTPBodySource::State::failed) {
     fail(httpError(HTTPErrorCode::bodyStreamFailed, "the document could not be read",
                    source->error()));
-  } else if (state == HTTPBodySource::State::dry) {
+  } else if (wantsBody_ && state == HTTPBodySource::State::dry) {
     idleClock_->suspend();
     drySourceTimer_->start(kDrySourcePause);
-  } else {
+  } else if (wantsBody_) {
     idleClock_->resume();
     wantsBody_ = false;
     transfer_->resumeSending();
@@ -237,11 +241,15 @@ void HTTPExchange::feed() {
 
 void HTTPExchange::stopSending() {
   isSending_ = false;
-  wantsBody_ = false;
   drySourceTimer_->stop();
   lookTimer_->stop();
   idleClock_->resume();
   transfer_->setLooksAhead(false);
+  letReceive();
+}
+
+void HTTPExchange::letReceive() {
+  wantsBody_ = false;
   transfer_->resumeReceiving();
 }
 
@@ -254,8 +262,8 @@ void HTTPExchange::transferIsReadable(int socket) {
   std::size_t interimOctets = 0;
   const auto answer = lookForEarlyAnswer(socket, interimOctets);
   if (!head_.count(interimOctets)) {
-    fail(httpError(HTTPErrorCode::badServerResponse,
-                   "the head of the answer from " + target_.authority + " is too long"));
+    transferEnded({false, HTTPErrorCode::badServerResponse, kHeadTooLong});
+    engine_->touch(*this);
     return;
   }
   switch (answer) {
@@ -319,19 +327,48 @@ void HTTPExchange::deliver() {
   }
 }
 
+void HTTPExchange::transferEnded(HTTPTransferResult result) {
+  if (ownCode_.has_value()) {
+    result.code = *ownCode_;
+    result.reason = kHeadTooLong;
+  }
+  if (result.code == HTTPErrorCode::dataLengthExceedsMaximum) {
+    result.reason = "more than " + std::to_string(request_.maximumBodyLength) + " octets";
+  }
+  if (result.isComplete && (isSending_ || !head_.isComplete())) {
+    // libcurl is content with half a head, too.
+    result = {false, HTTPErrorCode::networkConnectionLost, "closed too early"};
+  }
+  result_ = std::move(result);
+}
+
 void HTTPExchange::conclude(const HTTPTransferResult& result) {
-  if (ownError_ != nullptr) {
-    fail(ownError_);
-  } else if ((result.isComplete && !isSending_) || (isRefused_ && head_.isComplete())) {
-    end([](auto& delegate, auto& connection) { delegate.connectionDidFinishLoading(connection); });
+  if (result.isComplete || hasRefusal()) {
+    finish();
   } else if (mayTryAgain(result)) {
-    hasTriedAgain_ = true;
-    auto plan = plan_;
-    plan.needsFreshConnection = true;
-    idleClock_->noteTraffic();
-    startTransfer(std::move(plan));
+    tryAgain();
   } else if (!salvageRefusal()) {
     fail(transferError(result, target_.authority));
+  }
+}
+
+void HTTPExchange::tryAgain() {
+  hasTriedAgain_ = true;
+  auto plan = plan_;
+  plan.needsFreshConnection = true;
+  idleClock_->noteTraffic();
+  startTransfer(std::move(plan));
+}
+
+/// Whether the server has refused while it was being sent the body: that is the outcome, whatever
+/// happens to the rest of the answer.
+bool HTTPExchange::hasRefusal() const { return isRefused_ && head_.isComplete(); }
+
+void HTTPExchange::failIdle() {
+  if (hasRefusal()) {
+    finish();
+  } else {
+    fail(idleError(stage_, idleClock_->limit(), target_.authority));
   }
 }
 
@@ -343,22 +380,19 @@ bool HTTPExchange::mayTryAgain(const HTTPTransferResult& result) const {
 }
 
 bool HTTPExchange::salvageRefusal() {
-  if (!isSending_ || salvage_ == nullptr || !salvage_->isRefusal()) {
+  if (!isSending_ || salvage_ == nullptr || !salvage_->isRefusal() ||
+      !salvage_->readRefusal(head_, body_, request_.maximumBodyLength)) {
     return false;
   }
-  isRefused_ = true;
-  // libcurl reads the answer as that to another request.
-  HTTPTransferPlan plan;
-  plan.url = "http://127.0.0.1/";
-  plan.method = "GET";
-  plan.needsFreshConnection = true;
-  plan.maximumBodyLength = request_.maximumBodyLength;
-  plan.socket = salvage_->replay();
-  if (plan.socket < 0) {
-    return false;
+  deliver();
+  if (!hasEnded()) {
+    finish();
   }
-  startTransfer(std::move(plan));
   return true;
+}
+
+void HTTPExchange::finish() {
+  end([](auto& delegate, auto& connection) { delegate.connectionDidFinishLoading(connection); });
 }
 
 void HTTPExchange::fail(const std::shared_ptr<const Error>& error) {

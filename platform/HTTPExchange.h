@@ -65,16 +65,21 @@ class HTTPExchange final : public HTTPTransferClient, public HTTPEngineMember {
   void feed();
   void lookLater();
   void stopSending();
+  void letReceive();
 
   void deliver();
   void conclude(const HTTPTransferResult& result);
+  [[nodiscard]] bool hasRefusal() const;
   [[nodiscard]] bool mayTryAgain(const HTTPTransferResult& result) const;
+  void tryAgain();
   bool salvageRefusal();
 
   template <typename Function>
   void tell(Function function);
   template <typename Function>
   void end(Function tellLast);
+  void finish();
+  void failIdle();
   void fail(const std::shared_ptr<const Error>& error);
 
   const HTTPRequest request_;
@@ -102,7 +107,7 @@ class HTTPExchange final : public HTTPTransferClient, public HTTPEngineMember {
   bool isRefused_ = false;
   bool hasTriedAgain_ = false;
   /// Why the exchange itself ended the transfer.
-  std::shared_ptr<const Error> ownError_;
+  std::optional<HTTPErrorCode> ownCode_;
 
   HTTPHeadReader head_;
   Data body_;

@@ -22,6 +22,8 @@ class HTTPHeadReader {
 
   /// The final head, once, when it is complete.
   std::optional<HTTPResponse> takeResponse();
+  /// The head as far as it has been read, until it is taken.
+  [[nodiscard]] const HTTPResponse& response() const { return response_; }
   [[nodiscard]] bool isComplete() const { return isComplete_; }
   [[nodiscard]] bool hasOctets() const { return octets_ > 0; }
 

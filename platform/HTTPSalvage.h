@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
+
+#include "platen/Data.h"
+
 namespace platen::inline v0 {
+
+class HTTPHeadReader;
 
 /// What a server said on a connection that failed while it was being sent a body. libcurl gives
 /// such a connection up without reading what has arrived on it.
@@ -19,13 +25,12 @@ class HTTPSalvage {
   [[nodiscard]] bool isEmpty() const;
   /// Whether it said that it refuses (a status of 400 or above).
   [[nodiscard]] bool isRefusal() const;
-  /// A socket on which a peer seems to say the same, the first 128 KB or so of it; -1 when the
-  /// system has no descriptors left. The caller's, and of use as long as this object lives.
-  int replay();
+  /// Reads the refusal: its head, and of its body what has arrived, at most `maximum` octets.
+  /// Returns false when not even the head is whole.
+  bool readRefusal(HTTPHeadReader& head, Data& body, std::size_t maximum);
 
  private:
   int socket_;
-  int replayer_ = -1;
 };
 
 }  // namespace platen::inline v0

@@ -4,7 +4,6 @@
 
 #include <curl/curl.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
@@ -104,19 +103,6 @@ struct HTTPTransfer::Callbacks {
     return engine(engineOfAll).openSocket(address->family, address->socktype, address->protocol);
   }
 
-  static curl_socket_t openGiven(void* transfer, curlsocktype, curl_sockaddr*) {
-    auto& self = Callbacks::self(transfer);
-    const int given = std::exchange(self.plan_.socket, -1);
-    if (given >= 0) {
-      self.engine_.adoptSocket(given);
-    }
-    return given;
-  }
-
-  static int isConnected(void*, curl_socket_t, curlsocktype) {
-    return CURL_SOCKOPT_ALREADY_CONNECTED;
-  }
-
   static int close(void* engineOfAll, curl_socket_t descriptor) {
     engine(engineOfAll).closeSocket(descriptor);
     return 0;
@@ -145,9 +131,6 @@ HTTPTransfer::~HTTPTransfer() {
   curl_easy_cleanup(easy_);
   curl_slist_free_all(static_cast<curl_slist*>(headers_));
   curl_slist_free_all(static_cast<curl_slist*>(resolved_));
-  if (plan_.socket >= 0) {
-    close(plan_.socket);
-  }
 }
 
 HTTPTransfer* HTTPTransfer::of(void* easy) {
@@ -193,15 +176,8 @@ void HTTPTransfer::configureConnection() {
     set(easy_, CURLOPT_RESOLVER_START_FUNCTION, Callbacks::refuseToResolve);
   }
   set(easy_, CURLOPT_ADDRESS_SCOPE, static_cast<long>(plan_.zone));
-  if (plan_.socket >= 0) {
-    set(easy_, CURLOPT_OPENSOCKETFUNCTION, Callbacks::openGiven);
-    set(easy_, CURLOPT_OPENSOCKETDATA, this);
-    set(easy_, CURLOPT_SOCKOPTFUNCTION, Callbacks::isConnected);
-    set(easy_, CURLOPT_FORBID_REUSE, 1L);
-  } else {
-    set(easy_, CURLOPT_OPENSOCKETFUNCTION, Callbacks::open);
-    set(easy_, CURLOPT_OPENSOCKETDATA, &engine_);
-  }
+  set(easy_, CURLOPT_OPENSOCKETFUNCTION, Callbacks::open);
+  set(easy_, CURLOPT_OPENSOCKETDATA, &engine_);
   // Outlives the transfer along with the connection.
   set(easy_, CURLOPT_CLOSESOCKETFUNCTION, Callbacks::close);
   set(easy_, CURLOPT_CLOSESOCKETDATA, &engine_);
@@ -252,7 +228,7 @@ void HTTPTransfer::configureCallbacks() {
 
 void HTTPTransfer::noteConnection() {
   isReceivingPaused_ = hasBody();
-  isSendingPaused_ = false;
+  isSendingPaused_ = hasBody();
   looksAhead_ = false;
   holdsWriting_ = false;
   if (isReceivingPaused_) {
@@ -271,11 +247,15 @@ void HTTPTransfer::resumeReceiving() {
   isReceivingPaused_ = false;
   isSendingPaused_ = false;
   applyPauses();
+  engine_.nudge(*this, CURL_POLL_IN);
 }
 
 void HTTPTransfer::resumeSending() {
   isSendingPaused_ = false;
   applyPauses();
+  // Lifting one pause makes libcurl try both directions once, the other pause notwithstanding,
+  // unless it is told at once which one is ready.
+  engine_.nudge(*this, CURL_POLL_OUT);
 }
 
 void HTTPTransfer::setLooksAhead(bool looksAhead) {

@@ -35,8 +35,6 @@ struct HTTPTransferPlan {
   /// For all of the host's addresses together; 0 for none.
   std::chrono::milliseconds connectTimeout{0};
   std::size_t maximumBodyLength = kHTTPDefaultMaximumBodyLength;
-  /// When not negative, a connected socket to use; it becomes the transfer's.
-  int socket = -1;
 };
 
 /// How a transfer ended.
@@ -56,7 +54,7 @@ class HTTPTransferClient : public std::enable_shared_from_this<HTTPTransferClien
   virtual ~HTTPTransferClient() = default;
 
   /// Inside: there is a connection, and nothing has been sent on it yet. Comes again when libcurl
-  /// itself begins anew on another connection.
+  /// by itself begins anew on another connection.
   virtual void transferConnected() = 0;
   /// Inside: one line of a head or a trailer, with its line end. False ends the transfer.
   virtual bool transferReceivedHeaderLine(std::string_view line) = 0;
@@ -89,12 +87,15 @@ class HTTPTransfer {
   /// Ends it; a connection with an unfinished exchange is closed.
   ~HTTPTransfer();
 
-  /// While a body is being sent, libcurl is kept from reading: it would take an early 200 with
-  /// "Connection: close" for a reason to stop sending, and would lose an answer to a failing write.
-  /// Lets it read, and go on writing where it has not done so to the end.
-  void resumeReceiving();
-  /// To be called when there are octets again after `supplyBody` had none.
+  // A transfer with a body begins neither reading nor writing. While the body is being sent,
+  // libcurl is kept from reading: it would take an early 200 with "Connection: close" for a reason
+  // to stop sending, and would lose an answer to a failing write.
+
+  /// To be called after `transferConnected`, and when there are octets again after `supplyBody` had
+  /// none.
   void resumeSending();
+  /// Lets libcurl read, and write what it has not written yet.
+  void resumeReceiving();
   /// Whether to call `transferIsReadable`, whatever libcurl wants.
   void setLooksAhead(bool looksAhead);
   /// Keeps libcurl from writing.

@@ -69,7 +69,8 @@ struct PLATEN_EXPORT HTTPRequest {
   HTTPCachePolicy cachePolicy = HTTPCachePolicy::reloadIgnoringLocalAndRemoteCacheData;
   /// Idle time, in seconds, after which the exchange fails with `HTTPErrorCode::timedOut`: no octet
   /// in either direction while the exchange waits on the network, resolving and connecting
-  /// included. 0 or less, or not a number: no time-out.
+  /// included. Time in which `bodyStream` has nothing to give does not count. 0 or less, or not a
+  /// number: no time-out.
   double timeoutInterval = 60.0;
   std::size_t maximumBodyLength = kHTTPDefaultMaximumBodyLength;
 };
@@ -96,14 +97,25 @@ class PLATEN_EXPORT HTTPConnectionDelegate {
  public:
   virtual ~HTTPConnectionDelegate();
   /// The head of a final response (never of 1xx). A redirect is a final response: none is followed.
-  virtual void connectionDidReceiveResponse(HTTPConnection& connection, const HTTPResponse& response);
+  virtual void connectionDidReceiveResponse(HTTPConnection& connection,
+                                            const HTTPResponse& response);
   /// The next octets of its body; they live for the call.
   virtual void connectionDidReceiveData(HTTPConnection& connection, Bytes bytes);
   virtual void connectionDidFinishLoading(HTTPConnection& connection);
-  virtual void connectionDidFailWithError(HTTPConnection& connection, std::shared_ptr<const Error> error);
+  virtual void connectionDidFailWithError(HTTPConnection& connection,
+                                          std::shared_ptr<const Error> error);
 };
 
-/// One exchange in progress.
+/// One exchange in progress. Nothing is added to it: no proxy, redirect, cookie, credential or
+/// cache, whatever the URL or the environment says.
+///
+/// Connections that a server keeps alive are used again on the same loop. When one proves to be
+/// closed before any octet of an answer, a request with a whole body is sent once more on a fresh
+/// connection; a streamed body is sent on a fresh one from the start.
+///
+/// A status of 400 or above that arrives while the body is being sent ends the sending and is the
+/// outcome, with what arrives of its body, even if the connection is reset. Any other final status
+/// waits until the body has been sent; if that fails, so does the exchange.
 ///
 /// Threads: used on the thread of its run loop only. Neither copied nor moved.
 class PLATEN_EXPORT HTTPConnection : public std::enable_shared_from_this<HTTPConnection> {
@@ -124,7 +136,8 @@ class PLATEN_EXPORT HTTPConnection : public std::enable_shared_from_this<HTTPCon
 
   /// The same exchange, driven to its end on a private loop of the calling thread, which it blocks.
   /// Returns the body (perhaps empty) and sets `response`, or nothing and sets `error`.
-  static std::optional<Data> sendSynchronousRequest(const HTTPRequest& request, HTTPResponse& response,
+  static std::optional<Data> sendSynchronousRequest(const HTTPRequest& request,
+                                                    HTTPResponse& response,
                                                     std::shared_ptr<const Error>& error);
 
   struct Private;

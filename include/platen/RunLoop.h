@@ -13,14 +13,19 @@
 namespace platen::inline v0 {
 
 /// One thread's run loop. Everything that is scheduled happens inside a call of `runOnce`, `run` or
-/// `runUntil`; between such calls nothing happens at all.
+/// `runUntil`; between such calls nothing happens at all. Whatever is called from there may run the
+/// same loop again, and may throw: the exception leaves that call, and the loop stays usable.
+///
+/// Names of hosts are resolved on threads that libuv keeps for the process. No loop waits for them,
+/// not even when it goes; but a normal end of the process waits for a look-up that is under way.
 ///
 /// Threads: used on the thread that made it only. Neither copied nor moved.
 class PLATEN_EXPORT RunLoop : public std::enable_shared_from_this<RunLoop> {
  public:
   using Clock = std::chrono::steady_clock;
 
-  /// The calling thread's own loop, made on first use and let go when the thread ends.
+  /// The calling thread's own loop, made on first use and let go when the thread ends; exchanges
+  /// that are still in progress on it end then, as by `HTTPConnection::cancel`.
   static std::shared_ptr<RunLoop> current();
   /// A new loop that is no thread's current one, for driving one piece of work to its end.
   static std::shared_ptr<RunLoop> makePrivate();
@@ -36,7 +41,8 @@ class PLATEN_EXPORT RunLoop : public std::enable_shared_from_this<RunLoop> {
   void run();
   /// Runs until `stop` is called (true) or `deadline` has passed (false).
   bool runUntil(Clock::time_point deadline);
-  /// Makes the innermost `run` or `runUntil` return as soon as the current turn is over.
+  /// Makes the innermost `run` or `runUntil` return as soon as the current turn is over. Does
+  /// nothing when neither is in progress.
   void stop();
 
   /// A descriptor that becomes readable when `runOnce` has something to do. It stays the loop's.
