@@ -22,6 +22,7 @@ namespace {
 
 constexpr std::int32_t kEndOfAttributes = 3;
 constexpr std::int32_t kLastDelimiter = 7;
+constexpr std::size_t kUsualValues = 64;  // of the longest set in the answer of a printer
 
 }  // namespace
 
@@ -29,7 +30,9 @@ class IPPUnarchiver::GroupDecoder {
  public:
   using Groups = std::vector<std::shared_ptr<IPPAttributeGroup>>;
 
-  explicit GroupDecoder(IPPUnarchiver& decoder) : decoder_(decoder) {}
+  explicit GroupDecoder(IPPUnarchiver& decoder) : decoder_(decoder) {
+    pending_.reserve(kUsualValues);
+  }
 
   Groups decode() {
     for (auto tag = decoder_.decodeIPPTag(); tag != kEndOfAttributes;
@@ -48,20 +51,27 @@ class IPPUnarchiver::GroupDecoder {
   }
 
  private:
+  // A record without a name, which most are, makes no attribute.
   void takeRecord() {
-    std::shared_ptr<IPPAttribute> attribute = decoder_.decodeIPPAttribute();
-    if (attribute == nullptr) {
-      return;
-    }
-    if (!attribute->name()) {
-      pending_.push_back(attribute->ippValue());
+    Text name = decoder_.decodeASCIIString();
+    IPPValue::Pointer value = decoder_.decodeIPPValue();
+    if (name.isAbsent()) {
+      addPendingValue(std::move(value));
       return;
     }
     foldPendingValues();
+    named_ = decoder_.memory_->makeAttribute(std::move(value), std::move(name));
     if (!groups_.empty()) {
-      groups_.back()->addAttribute(attribute);
+      groups_.back()->addAttribute(named_);
     }
-    named_ = std::move(attribute);
+  }
+
+  // The list begins with the attribute's own value, so that nothing is inserted when it is folded.
+  void addPendingValue(IPPValue::Pointer value) {
+    if (pending_.empty() && named_ != nullptr) {
+      pending_.push_back(named_->ippValue());
+    }
+    pending_.push_back(std::move(value));
   }
 
   void startGroup(std::int32_t tag) {
@@ -90,10 +100,9 @@ class IPPUnarchiver::GroupDecoder {
     if (pending_.empty()) {
       return;
     }
-    if (named_ == nullptr || named_->ippValue() == nullptr) {
+    if (named_ == nullptr) {
       throw InvalidArgumentException("Additional values have no attribute before them");
     }
-    pending_.insert(pending_.begin(), named_->ippValue());
     named_->setIppValue(decoder_.makeArray(pending_));
     pending_.clear();
   }

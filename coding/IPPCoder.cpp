@@ -22,7 +22,9 @@ namespace {
   throw InvalidArgumentException("This coder has no sequence of fields");
 }
 
-[[noreturn]] void refuseKeyed() { throw InvalidArgumentException("This coder has no named fields"); }
+[[noreturn]] void refuseKeyed() {
+  throw InvalidArgumentException("This coder has no named fields");
+}
 
 }  // namespace
 
@@ -52,11 +54,11 @@ std::shared_ptr<IPPAttribute> IPPCoder::decodeIPPAttribute() { return nullptr; }
 
 std::shared_ptr<const IPPValue> IPPCoder::decodeIPPValue() { return nullptr; }
 
-void* IPPCoder::roomFor(std::size_t /*size*/, std::size_t /*alignment*/) { return nullptr; }
-
-std::shared_ptr<const void> IPPCoder::keep(void* /*object*/, void (* /*destroy*/)(void*)) {
+std::shared_ptr<void> IPPCoder::roomFor(std::size_t /*size*/, std::size_t /*alignment*/) {
   return nullptr;
 }
+
+void IPPCoder::destroyInTheEnd(void* /*object*/, void (* /*destroy*/)(void*)) {}
 
 Text IPPCoder::keepText(std::string_view text) { return Text(text); }
 

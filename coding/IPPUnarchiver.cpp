@@ -40,7 +40,8 @@ IPPUnarchiver::~IPPUnarchiver() { syncReader(); }
 void IPPUnarchiver::openWindow() {
   const Bytes input = reader_->window();
   memory_ = std::make_unique<Memory>(input.size() <= kLargestCopiedInput ? input.size() : 0);
-  const Bytes window = input.size() <= kLargestCopiedInput ? memory_->keepInput(input) : input;
+  isWindowKept_ = input.size() <= kLargestCopiedInput;
+  const Bytes window = isWindowKept_ ? memory_->keepInput(input) : input;
   windowBegin_ = next_ = window.data();
   end_ = next_ + window.size();
 }
@@ -131,13 +132,12 @@ void IPPUnarchiver::setNaturalLanguageEncoding(TextEncoding encoding) noexcept {
   naturalLanguageEncoding_ = encoding;
 }
 
-void* IPPUnarchiver::roomFor(std::size_t size, std::size_t alignment) {
-  return memory_->arena().allocate(size, alignment);
+std::shared_ptr<void> IPPUnarchiver::roomFor(std::size_t size, std::size_t alignment) {
+  return {memory_->sharedArena(), memory_->arena().allocate(size, alignment)};
 }
 
-std::shared_ptr<const void> IPPUnarchiver::keep(void* object, void (*release)(void*)) {
-  memory_->arena().onRelease(object, release);
-  return memory_->sharedArena();
+void IPPUnarchiver::destroyInTheEnd(void* object, void (*destroy)(void*)) {
+  memory_->arena().onRelease(object, destroy);
 }
 
 Text IPPUnarchiver::keepText(std::string_view text) {

@@ -14,17 +14,15 @@ namespace platen::inline v0 {
 
 namespace {
 
-// A value of a few octets becomes an object of a few words; measured on answers of real printers,
-// a message takes between 3 and 5 times its own length.
-constexpr std::size_t kMemoryPerOctet = 5;
+// A value of a few octets becomes an object of a few words: the answers of real printers and
+// servers that were measured take between 3 and 4 times their own length.
+constexpr std::size_t kMemoryPerOctet = 4;
 
 }  // namespace
 
 IPPUnarchiver::Memory::Memory(std::size_t inputSize)
     : arena_(Arena::make(inputSize * kMemoryPerOctet)),
-      block_(std::make_shared<AttributeBlock>()) {
-  block_->arena = arena_;
-}
+      block_(std::make_shared<AttributeBlock>(arena_)) {}
 
 Bytes IPPUnarchiver::Memory::keepInput(Bytes input) {
   input_ = arena_->copy(input);
@@ -34,7 +32,8 @@ Bytes IPPUnarchiver::Memory::keepInput(Bytes input) {
 bool IPPUnarchiver::Memory::isKept(std::string_view text) const noexcept {
   const auto* first = reinterpret_cast<const std::uint8_t*>(text.data());
   const std::less_equal<> notAfter;  // a total order, also between unrelated objects
-  return notAfter(input_.data(), first) && notAfter(first + text.size(), input_.data() + input_.size());
+  return notAfter(input_.data(), first) &&
+         notAfter(first + text.size(), input_.data() + input_.size());
 }
 
 template <class Element>
@@ -50,9 +49,8 @@ IPPValue::Pointer IPPUnarchiver::Memory::held(const IPPValue::Pointer& value) {
   if (reference.use_count() != 0) {
     auto* counted = new (arena_->allocate(sizeof reference, alignof(IPPValue::Pointer)))
         IPPValue::Pointer(reference);
-    arena_->onRelease(counted, [](void* object) {
-      static_cast<IPPValue::Pointer*>(object)->~shared_ptr();
-    });
+    arena_->onRelease(counted,
+                      [](void* object) { static_cast<IPPValue::Pointer*>(object)->~shared_ptr(); });
     return {std::shared_ptr<void>(), value.get()};
   }
   return reference;
@@ -73,6 +71,9 @@ std::shared_ptr<const IPPValue> IPPUnarchiver::Memory::makeArray(
   }
   const std::span<IPPValue::Pointer> elements = roomFor<IPPValue::Pointer>(values.size());
   for (std::size_t i = 0; i < values.size(); ++i) {
+    if (values[i] == nullptr) {
+      throw RangeException("Invalid parameter");
+    }
     new (&elements[i]) IPPValue::Pointer(held(values[i]));
   }
   return makeOver<IPPArray>(std::span<const IPPValue::Pointer>(elements));

@@ -17,11 +17,14 @@
 namespace platen::inline v0 {
 
 /// The attributes of one decoded message, which hold the arena that their names and values are in.
-/// They are not in the arena themselves: they hold counted references to values, can be given
-/// other ones, and an arena must not come to hold itself.
+/// Their octets are in the arena too, but it is not the arena that destroys them: they hold counted
+/// references to values, can be given other ones, and an arena must not come to hold itself.
 struct AttributeBlock {
+  explicit AttributeBlock(const std::shared_ptr<Arena>& home)
+      : arena(home), attributes(ArenaAllocator<IPPAttribute>(*home)) {}
+
   std::shared_ptr<Arena> arena;
-  std::deque<IPPAttribute> attributes;
+  std::deque<IPPAttribute, ArenaAllocator<IPPAttribute>> attributes;
 };
 
 /// The memory of the message that a decoder is making: one arena for octets, texts and values, one

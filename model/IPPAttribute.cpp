@@ -29,10 +29,8 @@ IPPAttribute::~IPPAttribute() = default;
 
 const std::map<std::string_view, std::int64_t>& IPPAttribute::attributeOrderToNameSpec() {
   static const auto* const orders = new std::map<std::string_view, std::int64_t>{
-      {kIPPAttributesCharsetAttributeName, 0},
-      {kIPPAttributesNaturalLanguageAttributeName, 1},
-      {kIPPPrinterUriAttributeName, 2},
-      {kIPPJobUriAttributeName, 3},
+      {kIPPAttributesCharsetAttributeName, 0},  {kIPPAttributesNaturalLanguageAttributeName, 1},
+      {kIPPPrinterUriAttributeName, 2},         {kIPPJobUriAttributeName, 3},
       {kIPPRequestingUserNameAttributeName, 4},
   };
   return *orders;

@@ -56,19 +56,17 @@ std::string_view IPPAttributeGroup::className() const noexcept { return ippClass
 IPPAttributeGroup::Attributes IPPAttributeGroup::attributesForName(std::string_view pattern) const {
   const LikePattern like(pattern);
   Attributes matching;
-  std::copy_if(attributes_.begin(), attributes_.end(), std::back_inserter(matching),
-               [&](const auto& attribute) {
-                 return attribute->name() && like.matches(*attribute->name());
-               });
+  std::copy_if(
+      attributes_.begin(), attributes_.end(), std::back_inserter(matching),
+      [&](const auto& attribute) { return attribute->name() && like.matches(*attribute->name()); });
   return matching;
 }
 
 std::shared_ptr<IPPAttribute> IPPAttributeGroup::attributeForName(std::string_view pattern) const {
   const LikePattern like(pattern);
-  const auto found =
-      std::find_if(attributes_.begin(), attributes_.end(), [&](const auto& attribute) {
-        return attribute->name() && like.matches(*attribute->name());
-      });
+  const auto found = std::find_if(
+      attributes_.begin(), attributes_.end(),
+      [&](const auto& attribute) { return attribute->name() && like.matches(*attribute->name()); });
   return found == attributes_.end() ? nullptr : *found;
 }
 

@@ -11,7 +11,9 @@
 namespace platen::inline v0 {
 
 IPPMessage::IPPMessage(std::int32_t tag, std::int32_t requestId, Groups groups)
-    : tag_(tag), requestId_(requestId), groups_(std::move(groups)) {}
+    : tag_(tag), requestId_(requestId), groups_(std::move(groups)) {
+  std::erase(groups_, nullptr);
+}
 
 IPPMessage::~IPPMessage() = default;
 

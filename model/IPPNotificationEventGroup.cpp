@@ -5,7 +5,8 @@
 namespace platen::inline v0 {
 
 constinit const IPPGroupClass IPPNotificationEventGroup::descriptor =
-    groupClass<IPPNotificationEventGroup>("IPPNotificationEventGroup", 7, kIPPNotificationEventGroupName);
+    groupClass<IPPNotificationEventGroup>("IPPNotificationEventGroup", 7,
+                                          kIPPNotificationEventGroupName);
 
 namespace {
 const IPPGroupRegistration registration(IPPNotificationEventGroup::descriptor);

@@ -30,7 +30,7 @@ constexpr std::string_view kGroupsKey = "groups";
 // an octet of 0x80 and above, which no version has, makes the number negative.
 bool isAcceptableVersion(std::uint8_t major, std::uint8_t minor) {
   const auto high = static_cast<std::uint16_t>(major << 8U);
-  const auto low = static_cast<std::uint16_t>(static_cast<std::int8_t>(minor));
+  const auto low = static_cast<std::uint16_t>(minor < 0x80 ? minor : minor | 0xFF00);
   return static_cast<std::int16_t>(high | low) > 0x0100;
 }
 
@@ -41,8 +41,7 @@ std::shared_ptr<IPPMessage> IPPMessage::initWithDataRepresentation(Bytes data) {
   return message->readFromData(data) ? message : nullptr;
 }
 
-std::shared_ptr<IPPMessage> IPPMessage::initWithStream(
-    const std::shared_ptr<InputStream>& stream) {
+std::shared_ptr<IPPMessage> IPPMessage::initWithStream(const std::shared_ptr<InputStream>& stream) {
   auto message = std::make_shared<IPPMessage>(0, 0);
   return message->readFromStream(stream) ? message : nullptr;
 }

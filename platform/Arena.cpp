@@ -16,6 +16,7 @@ constexpr std::size_t kLargestGrowth = std::size_t{1} << 20U;
 std::shared_ptr<Arena> Arena::make(std::size_t firstChunk) {
   auto arena = std::make_shared<Arena>(Key());
   arena->chunkSize_ = std::max(firstChunk, kSmallestChunk);
+  arena->addChunk(0);
   return arena;
 }
 
@@ -25,21 +26,8 @@ Arena::~Arena() {
   }
 }
 
-void* Arena::allocate(std::size_t size, std::size_t alignment) {
-  const auto address = reinterpret_cast<std::uintptr_t>(next_);
-  const std::size_t padding = (alignment - address % alignment) % alignment;
-  if (next_ == nullptr || size + padding > static_cast<std::size_t>(end_ - next_)) {
-    addChunk(size);
-    return allocate(size, alignment);
-  }
-  void* room = next_ + padding;
-  next_ += padding + size;
-  return room;
-}
-
 std::string_view Arena::copy(std::string_view text) {
-  const Bytes bytes =
-      copy(Bytes(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()));
+  const Bytes bytes = copy(Bytes(reinterpret_cast<const std::uint8_t*>(text.data()), text.size()));
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
@@ -53,6 +41,11 @@ Bytes Arena::copy(Bytes bytes) {
 
 void Arena::onRelease(void* object, void (*destroy)(void*)) {
   finalisers_.push_back({object, destroy});
+}
+
+void* Arena::allocateInNewChunk(std::size_t size, std::size_t alignment) {
+  addChunk(size);
+  return allocate(size, alignment);
 }
 
 // Chunks double in size, so that their number grows with the logarithm of what they hold.

@@ -33,7 +33,15 @@ class Arena : public std::enable_shared_from_this<Arena> {
 
   /// Uninitialised room; lives as long as the arena. `alignment` is a power of two, at most that of
   /// the fundamental types.
-  void* allocate(std::size_t size, std::size_t alignment);
+  void* allocate(std::size_t size, std::size_t alignment) {
+    const std::size_t padding = -reinterpret_cast<std::uintptr_t>(next_) & (alignment - 1);
+    if (size + padding > static_cast<std::size_t>(end_ - next_)) {
+      return allocateInNewChunk(size, alignment);
+    }
+    void* room = next_ + padding;
+    next_ += padding + size;
+    return room;
+  }
   /// A copy of `text` that lives as long as the arena.
   std::string_view copy(std::string_view text);
   Bytes copy(Bytes bytes);
@@ -52,6 +60,7 @@ class Arena : public std::enable_shared_from_this<Arena> {
   explicit Arena(Key /*key*/) {}
 
  private:
+  void* allocateInNewChunk(std::size_t size, std::size_t alignment);
   void addChunk(std::size_t atLeast);
 
   std::vector<std::unique_ptr<std::uint8_t[]>> chunks_;
@@ -59,6 +68,29 @@ class Arena : public std::enable_shared_from_this<Arena> {
   std::uint8_t* next_ = nullptr;
   std::uint8_t* end_ = nullptr;
   std::size_t chunkSize_ = 0;
+};
+
+/// Has a container of the standard library take its memory from an arena, which outlives it.
+template <class T>
+class ArenaAllocator {
+ public:
+  using value_type = T;
+
+  explicit ArenaAllocator(Arena& arena) noexcept : arena_(&arena) {}
+  template <class U>
+  ArenaAllocator(const ArenaAllocator<U>& other) noexcept  // NOLINT(google-explicit-constructor)
+      : arena_(&other.arena()) {}
+
+  [[nodiscard]] T* allocate(std::size_t count) {
+    return static_cast<T*>(arena_->allocate(count * sizeof(T), alignof(T)));
+  }
+  void deallocate(T* /*room*/, std::size_t /*count*/) noexcept {}
+
+  [[nodiscard]] Arena& arena() const noexcept { return *arena_; }
+  friend bool operator==(const ArenaAllocator&, const ArenaAllocator&) noexcept = default;
+
+ private:
+  Arena* arena_;
 };
 
 }  // namespace platen::inline v0

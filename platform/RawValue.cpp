@@ -33,7 +33,9 @@ RawValue::RawValue(RawValue::Dictionary dictionary) : object_(std::move(dictiona
 bool RawValue::isAbsent() const noexcept { return std::holds_alternative<std::monostate>(object_); }
 bool RawValue::isNull() const noexcept { return std::holds_alternative<Null>(object_); }
 
-const std::string* RawValue::ifString() const noexcept { return std::get_if<std::string>(&object_); }
+const std::string* RawValue::ifString() const noexcept {
+  return std::get_if<std::string>(&object_);
+}
 const URL* RawValue::ifURL() const noexcept { return std::get_if<URL>(&object_); }
 const Number* RawValue::ifNumber() const noexcept { return std::get_if<Number>(&object_); }
 const Range* RawValue::ifRange() const noexcept { return std::get_if<Range>(&object_); }
@@ -117,7 +119,7 @@ struct Describer {
   std::string operator()(const RawValue::Array& array) const {
     std::string text = "(";
     for (const RawValue& element : array) {
-      text += text.size() > 1 ? ", " : "";
+      text += &element == &array.front() ? "" : ", ";
       text += element.description();
     }
     return text + ")";
@@ -151,9 +153,11 @@ std::string textOf(const Size& size) {
 }
 
 std::string textOf(const Date& date) {
-  const auto day = std::chrono::floor<std::chrono::days>(date);
+  // By seconds, since the day that the earliest date is in begins before that date.
+  const auto whole = std::chrono::floor<std::chrono::seconds>(date);
+  const auto day = std::chrono::floor<std::chrono::days>(whole);
   // Years reach 65535 on the wire and beyond 32767 no calendar type of the standard library goes.
-  const auto seconds = std::chrono::floor<std::chrono::seconds>(date - day).count();
+  const auto seconds = (whole - day).count();
   const CivilDay civil = civilDayOf(day.time_since_epoch().count());
   char text[64];
   std::snprintf(text, sizeof text, "%04lld-%02d-%02d %02d:%02d:%02d +0000",

@@ -93,7 +93,7 @@ IPPValue::Pointer IPPValue::arrayOfKeywords(std::span<const std::string> keyword
   return array(objects, IPPKeyword::descriptor.syntaxName());
 }
 
-IPPValue::Pointer IPPValue::dictionaryWithDictionary(IPPValueDictionary values) {
+IPPValue::Pointer IPPValue::dictionaryWithDictionary(const IPPValueDictionary& values) {
   return std::make_shared<const IPPMap>(values);
 }
 
@@ -111,7 +111,7 @@ IPPValue::Pointer IPPValue::dictionaryWithObjectsAndKeys(
     }
     values.set(*pair[1].key, pair[0].object);
   }
-  return dictionaryWithDictionary(std::move(values));
+  return dictionaryWithDictionary(values);
 }
 
 IPPValue::Pointer IPPValue::booleanWithBool(bool value) { return boolean(Number(value)); }

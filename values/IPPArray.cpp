@@ -28,8 +28,8 @@ IPPValue::Pointer makeNoArray(const RawValue& /*object*/) { return nullptr; }
 }  // namespace
 
 // Not registered: a set is known by the values in it.
-constinit const IPPValueClass IPPArray::descriptor{
-    "IPPArray", 0x12, "unknown", acceptsNothing, makeNoArray, decodeArray};
+constinit const IPPValueClass IPPArray::descriptor{"IPPArray",     0x12,        "unknown",
+                                                   acceptsNothing, makeNoArray, decodeArray};
 
 bool IPPArray::_checkValue(const IPPValueList& values) {
   return !values.empty() && std::find(values.begin(), values.end(), nullptr) == values.end();
@@ -86,7 +86,7 @@ std::optional<IPPValueList> IPPArray::arrayValue() const {
 std::string IPPArray::description() const {
   std::string text = "(";
   for (const Pointer& value : values_) {
-    text += text.size() > 1 ? ", " : "";
+    text += &value == &values_.front() ? "" : ", ";
     text += value->value().description();
   }
   return text.append(") of ").append(syntaxName());
@@ -94,10 +94,10 @@ std::string IPPArray::description() const {
 
 bool IPPArray::isEqual(const IPPValue& other) const {
   const auto* array = dynamic_cast<const IPPArray*>(&other);
-  return array != nullptr && std::equal(values_.begin(), values_.end(), array->values_.begin(),
-                                        array->values_.end(), [](const auto& left, const auto& right) {
-                                          return left->_hasEqualRawValue(*right);
-                                        });
+  return array != nullptr &&
+         std::equal(
+             values_.begin(), values_.end(), array->values_.begin(), array->values_.end(),
+             [](const auto& left, const auto& right) { return left->_hasEqualRawValue(*right); });
 }
 
 bool IPPArray::_hasEqualRawValue(const IPPValue& other) const {

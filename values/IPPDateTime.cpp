@@ -22,9 +22,8 @@ IPPValue::Pointer makeDate(const RawValue& object) {
 // Fields outside of the calendar are carried over: the 61st second is the next minute's first.
 Date dateIn(Bytes octets) {
   const std::int64_t days = daysFromCivil(octets[0] << 8U | octets[1], octets[2], octets[3]);
-  const std::int64_t local =
-      days * kSecondsOfDay + octets[4] * 3600 + octets[5] * 60 + octets[6];
-  const std::int64_t offset = octets[9] * 3600 + octets[10] * 60;
+  const std::int64_t local = days * kSecondsOfDay + octets[4] * 3600 + octets[5] * 60 + octets[6];
+  const std::int64_t offset = std::int64_t{octets[9]} * 3600 + octets[10] * 60;
   return Date(std::chrono::seconds(octets[8] == '-' ? local + offset : local - offset));
 }
 
@@ -37,7 +36,7 @@ IPPValue::Pointer decodeDate(IPPCoder& coder) {
   if (octets.size() != kOctets) {
     throw RangeException("Invalid length read for IPP dateTime value");
   }
-  return coder.make<IPPDateTime>(dateIn(octets));
+  return coder.makePlain<IPPDateTime>(dateIn(octets));
 }
 
 std::array<std::uint8_t, kOctets> octetsOf(std::int64_t seconds) {
@@ -46,20 +45,24 @@ std::array<std::uint8_t, kOctets> octetsOf(std::int64_t seconds) {
   const CivilDay civil = civilDayOf(day.time_since_epoch().count());
   const auto rest = static_cast<int>(seconds - day.time_since_epoch().count() * kSecondsOfDay);
   const auto octet = [](auto value) { return static_cast<std::uint8_t>(value); };
-  return {octet(civil.year >> 8), octet(civil.year),    octet(civil.month), octet(civil.day),
-          octet(rest / 3600),     octet(rest / 60 % 60), octet(rest % 60),   0,
-          '+',                    0,                    0};
+  return {octet(civil.year >> 8),
+          octet(civil.year),
+          octet(civil.month),
+          octet(civil.day),
+          octet(rest / 3600),
+          octet(rest / 60 % 60),
+          octet(rest % 60),
+          0,
+          '+',
+          0,
+          0};
 }
 
 }  // namespace
 
 constinit const IPPValueClass IPPDateTime::descriptor{
-    "IPPDateTime",
-    0x31,
-    "dateTime",
-    [](const RawValue& object) { return object.isDate(); },
-    makeDate,
-    decodeDate};
+    "IPPDateTime", 0x31,      "dateTime", [](const RawValue& object) { return object.isDate(); },
+    makeDate,      decodeDate};
 
 namespace {
 const IPPValueRegistration registration(IPPDateTime::descriptor);

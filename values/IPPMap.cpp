@@ -35,8 +35,7 @@ namespace {
 const IPPValueRegistration registration(IPPMap::descriptor);
 }
 
-IPPMap::IPPMap(const IPPValueDictionary& values)
-    : owned_(membersOf(values)), members_(owned_) {}
+IPPMap::IPPMap(const IPPValueDictionary& values) : owned_(membersOf(values)), members_(owned_) {}
 
 IPPMap::IPPMap(std::span<const Member> members, const Arena& home) noexcept
     : members_(members), home_(&home) {}

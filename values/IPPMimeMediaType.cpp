@@ -5,7 +5,8 @@
 namespace platen::inline v0 {
 
 constinit const IPPValueClass IPPMimeMediaType::descriptor =
-    stringClass<IPPMimeMediaType, 256, &IPPCoder::decodeASCIIString>("IPPMimeMediaType", 0x49, "mimeMediaName");
+    stringClass<IPPMimeMediaType, 256, &IPPCoder::decodeASCIIString>("IPPMimeMediaType", 0x49,
+                                                                     "mimeMediaName");
 
 namespace {
 const IPPValueRegistration registration(IPPMimeMediaType::descriptor);

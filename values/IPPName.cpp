@@ -5,7 +5,8 @@
 namespace platen::inline v0 {
 
 constinit const IPPValueClass IPPName::descriptor =
-    stringClass<IPPName, 256, &IPPCoder::decodeNaturalLanguageString>("IPPName", 0x42, "nameWithoutLanguage");
+    stringClass<IPPName, 256, &IPPCoder::decodeNaturalLanguageString>("IPPName", 0x42,
+                                                                      "nameWithoutLanguage");
 
 namespace {
 const IPPValueRegistration registration(IPPName::descriptor);

@@ -5,7 +5,8 @@
 namespace platen::inline v0 {
 
 constinit const IPPValueClass IPPNaturalLanguage::descriptor =
-    stringClass<IPPNaturalLanguage, 64, &IPPCoder::decodeASCIIString>("IPPNaturalLanguage", 0x48, "naturalLanguage");
+    stringClass<IPPNaturalLanguage, 64, &IPPCoder::decodeASCIIString>("IPPNaturalLanguage", 0x48,
+                                                                      "naturalLanguage");
 
 namespace {
 const IPPValueRegistration registration(IPPNaturalLanguage::descriptor);

@@ -60,7 +60,7 @@ IPPValue::Pointer decodeNumber(IPPCoder& coder) {
     return coder.make<Value>(numberIn(coder.decodeRawValueForKey(kValueKey)));
   }
   requireLength(coder.decodeInt16(), 4, "Invalid length read for number IPP value");
-  return coder.make<Value>(Number(coder.decodeInt32()));
+  return coder.makePlain<Value>(Number(coder.decodeInt32()));
 }
 
 IPPValue::Pointer decodeBoolean(IPPCoder& coder) {
@@ -68,14 +68,17 @@ IPPValue::Pointer decodeBoolean(IPPCoder& coder) {
     return coder.make<IPPBoolean>(numberIn(coder.decodeRawValueForKey(kValueKey)));
   }
   requireLength(coder.decodeInt16(), 1, "Invalid length read for bool IPP value");
-  return coder.make<IPPBoolean>(Number(coder.decodeByte() != 0));
+  return coder.makePlain<IPPBoolean>(Number(coder.decodeByte() != 0));
 }
 
 }  // namespace
 
-constinit const IPPValueClass IPPInteger::descriptor{
-    "IPPInteger", 0x21, "integer", acceptsNumbers, makeNumber<IPPInteger>,
-    decodeNumber<IPPInteger>};
+constinit const IPPValueClass IPPInteger::descriptor{"IPPInteger",
+                                                     0x21,
+                                                     "integer",
+                                                     acceptsNumbers,
+                                                     makeNumber<IPPInteger>,
+                                                     decodeNumber<IPPInteger>};
 constinit const IPPValueClass IPPEnum::descriptor{
     "IPPEnum", 0x23, "enum", acceptsNumbers, makeNumber<IPPEnum>, decodeNumber<IPPEnum>};
 constinit const IPPValueClass IPPBoolean::descriptor{

@@ -5,7 +5,8 @@
 namespace platen::inline v0 {
 
 constinit const IPPValueClass IPPOctetString::descriptor =
-    stringClass<IPPOctetString, 1024, &IPPCoder::decodeOctetString>("IPPOctetString", 0x30, "octetString");
+    stringClass<IPPOctetString, 1024, &IPPCoder::decodeOctetString>("IPPOctetString", 0x30,
+                                                                    "octetString");
 
 namespace {
 const IPPValueRegistration registration(IPPOctetString::descriptor);

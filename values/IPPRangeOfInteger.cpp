@@ -19,25 +19,21 @@ std::uint64_t signedWord(std::int64_t value) { return static_cast<std::uint64_t>
 
 IPPValue::Pointer decodeRange(IPPCoder& coder) {
   if (coder.allowsKeyedCoding()) {
-    return coder.make<IPPRangeOfInteger>(
-        Range{signedWord(coder.decodeIntForKey(kLocationKey)),
-              signedWord(coder.decodeIntForKey(kLengthKey))});
+    return coder.make<IPPRangeOfInteger>(Range{signedWord(coder.decodeIntForKey(kLocationKey)),
+                                               signedWord(coder.decodeIntForKey(kLengthKey))});
   }
   requireLength(coder.decodeInt16(), 8, "Invalid length read for IPP range value");
   const std::uint64_t lower = signedWord(coder.decodeInt32());
   const std::uint64_t upper = signedWord(coder.decodeInt32());
-  return coder.make<IPPRangeOfInteger>(Range{lower, upper - lower + 1});
+  return coder.makePlain<IPPRangeOfInteger>(Range{lower, upper - lower + 1});
 }
 
 }  // namespace
 
 constinit const IPPValueClass IPPRangeOfInteger::descriptor{
-    "IPPRangeOfInteger",
-    0x33,
-    "rangeOfInteger",
-    [](const RawValue& object) { return object.isRange(); },
-    makeRange,
-    decodeRange};
+    "IPPRangeOfInteger", 0x33,
+    "rangeOfInteger",    [](const RawValue& object) { return object.isRange(); },
+    makeRange,           decodeRange};
 
 namespace {
 const IPPValueRegistration registration(IPPRangeOfInteger::descriptor);

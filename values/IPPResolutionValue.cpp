@@ -42,18 +42,15 @@ IPPValue::Pointer decodeResolution(IPPCoder& coder) {
   requireLength(coder.decodeInt16(), 9, "Invalid length read for IPP resolution value");
   size.width = coder.decodeInt32();
   size.height = coder.decodeInt32();
-  return coder.make<IPPResolutionValue>(size, coder.decodeByte() == kDotsPerInch);
+  return coder.makePlain<IPPResolutionValue>(size, coder.decodeByte() == kDotsPerInch);
 }
 
 }  // namespace
 
 constinit const IPPValueClass IPPResolutionValue::descriptor{
-    "IPPResolutionValue",
-    0x32,
-    "resolution",
-    [](const RawValue& object) { return object.isSize(); },
-    makeResolution,
-    decodeResolution};
+    "IPPResolutionValue", 0x32,
+    "resolution",         [](const RawValue& object) { return object.isSize(); },
+    makeResolution,       decodeResolution};
 
 namespace {
 const IPPValueRegistration registration(IPPResolutionValue::descriptor);
@@ -72,9 +69,7 @@ Size IPPResolutionValue::resolutionValue() const { return size_; }
 
 std::optional<std::string> IPPResolutionValue::stringValue() const { return textOf(size_); }
 
-std::size_t IPPResolutionValue::hash() const {
-  return IPPValueImpl::hash() + (inInches_ ? 1 : 0);
-}
+std::size_t IPPResolutionValue::hash() const { return IPPValueImpl::hash() + (inInches_ ? 1 : 0); }
 
 bool IPPResolutionValue::isEqual(const IPPValue& other) const {
   return IPPValue::isEqual(other) &&

@@ -37,8 +37,8 @@ std::size_t IPPStringValueWithLanguage::hash() const {
 }
 
 bool IPPStringValueWithLanguage::isEqual(const IPPValue& other) const {
-  return IPPValue::isEqual(other) && isEqualToStringValueWithLanguage(
-                                         static_cast<const IPPStringValueWithLanguage&>(other));
+  return IPPValue::isEqual(other) &&
+         isEqualToStringValueWithLanguage(static_cast<const IPPStringValueWithLanguage&>(other));
 }
 
 bool IPPStringValueWithLanguage::isEqualToStringValueWithLanguage(
@@ -53,8 +53,8 @@ void IPPStringValueWithLanguage::encodeWithCoder(IPPCoder& coder) const {
     return;
   }
   const TextEncoding encoding = _encodingFromLanguage(language_.viewOrEmpty());
-  const std::size_t length = lengthWithCount(text(), encoding) +
-                             lengthWithCount(language(), TextEncoding::utf8());
+  const std::size_t length =
+      lengthWithCount(text(), encoding) + lengthWithCount(language(), TextEncoding::utf8());
   coder.encodeInt16(static_cast<std::int16_t>(length));
   coder.encodeNaturalLanguageString(language());
   coder.encodeString(text(), encoding);
@@ -71,12 +71,12 @@ IPPValue::Pointer decodeWithLanguage(IPPCoder& coder) {
   // A length of 0, and one that is negative when read as signed, has no halves behind it: nothing
   // more is read, by design.
   if (coder.decodeInt16() <= 0) {
-    return coder.make<Value>(Text(), Text());
+    return coder.makePlain<Value>(Text(), Text());
   }
   Text language = coder.decodeNaturalLanguageString();
   const TextEncoding encoding = IPPValue::_encodingFromLanguage(language.viewOrEmpty());
   Text text = coder.decodeStringUsingEncoding(encoding);
-  return coder.make<Value>(std::move(text), std::move(language));
+  return coder.makePlain<Value>(std::move(text), std::move(language));
 }
 
 template <class Value>
@@ -95,7 +95,11 @@ IPPValue::Pointer checkedWithLanguage(const RawValue& text, const RawValue& lang
 template <class Value>
 constexpr IPPValueClass languageClass(std::string_view className, std::uint8_t tag,
                                       std::string_view syntaxName) {
-  return {className,      tag, syntaxName, acceptsNothing, makeWithoutLanguage<Value>,
+  return {className,
+          tag,
+          syntaxName,
+          acceptsNothing,
+          makeWithoutLanguage<Value>,
           decodeWithLanguage<Value>};
 }
 

@@ -5,7 +5,8 @@
 namespace platen::inline v0 {
 
 constinit const IPPValueClass IPPText::descriptor =
-    stringClass<IPPText, 1024, &IPPCoder::decodeNaturalLanguageString>("IPPText", 0x41, "textWithoutLanguage");
+    stringClass<IPPText, 1024, &IPPCoder::decodeNaturalLanguageString>("IPPText", 0x41,
+                                                                       "textWithoutLanguage");
 
 namespace {
 const IPPValueRegistration registration(IPPText::descriptor);

@@ -2,6 +2,7 @@
 #include "platen/IPPValue.h"
 
 #include <functional>
+#include <typeinfo>
 
 #include "values/ValueClassSupport.h"
 
@@ -43,7 +44,10 @@ std::string IPPValue::description() const {
   return "'" + value().description() + "' of " + std::string(syntaxName());
 }
 
-bool IPPValue::isEqual(const IPPValue& other) const { return &ippClass() == &other.ippClass(); }
+// The abstract classes share the descriptor of this one; the type keeps them apart.
+bool IPPValue::isEqual(const IPPValue& other) const {
+  return &ippClass() == &other.ippClass() && typeid(*this) == typeid(other);
+}
 
 std::size_t IPPValue::hash() const { return std::hash<const void*>()(this); }
 

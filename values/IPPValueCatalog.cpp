@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-/// The catalog of value classes. Each class puts itself into a list that is initialised by constant,
-/// so that no order of start-up matters; the look-up tables are built from it on first use.
+/// The catalog of value classes. Each class puts itself into a list that is initialised by
+/// constant, so that no order of start-up matters; the look-up tables are built from it on first
+/// use.
 
 #include <array>
 #include <string>
@@ -25,11 +26,16 @@ IPPValue::Catalog buildCatalog() {
   return catalog;
 }
 
-TagTable buildTagTable() {
+// In the order of registration, so that of two classes with the same tag the first one stays.
+[[gnu::noinline]] TagTable buildTagTable() {
   TagTable table;
   table.fill(&IPPValue::descriptor);
-  for (const auto& [name, valueClass] : IPPValue::ippValuesCatalog()) {
-    table[valueClass->ippTag()] = valueClass;
+  for (const auto* entry = firstRegistration; entry != nullptr; entry = entry->next()) {
+    const IPPValueClass& candidate = entry->valueClass();
+    const bool isInCatalog = IPPValue::classForSyntaxName(candidate.syntaxName()) == &candidate;
+    if (isInCatalog && table[candidate.ippTag()] == &IPPValue::descriptor) {
+      table[candidate.ippTag()] = &candidate;
+    }
   }
   return table;
 }

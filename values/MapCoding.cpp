@@ -23,46 +23,52 @@ class MapReader {
  public:
   explicit MapReader(IPPCoder& coder)
       : coder_(coder),
-        firstMember_(coder.scratch().members.size()),
-        firstPending_(coder.scratch().values.size()) {}
+        members_(coder.scratch().members),
+        values_(coder.scratch().values),
+        firstMember_(members_.size()),
+        firstValue_(values_.size()) {}
   MapReader(const MapReader&) = delete;
   MapReader& operator=(const MapReader&) = delete;
   ~MapReader() {
-    coder_.scratch().members.resize(firstMember_);
-    coder_.scratch().values.resize(firstPending_);
+    members_.erase(members_.begin() + static_cast<std::ptrdiff_t>(firstMember_), members_.end());
+    values_.erase(values_.begin() + static_cast<std::ptrdiff_t>(firstValue_), values_.end());
   }
 
   IPPValue::Pointer read() {
     coder_.decodeInt16();
-    for (auto tag = coder_.decodeIPPTag(); tag != kEndCollection; tag = coder_.decodeIPPTag()) {
-      tag == kMemberName ? readMember() : readAdditionalValue();
+    tag_ = coder_.decodeIPPTag();
+    while (tag_ != kEndCollection) {
+      readMember();
     }
     coder_.decodeInt16();
     coder_.decodeInt16();
-    storeMemberInHand();
-    return coder_.makeMap(std::span(coder_.scratch().members).subspan(firstMember_));
+    return coder_.makeMap(std::span(members_).subspan(firstMember_));
   }
 
  private:
+  // Values that come before the first name are read as well: a member without a name.
   void readMember() {
-    storeMemberInHand();
+    Text name;
+    IPPValue::Pointer value;
+    if (tag_ == kMemberName) {
+      name = readName();
+      coder_.decodeIPPTag();
+      value = readRecord();
+      tag_ = coder_.decodeIPPTag();
+    }
+    if (tag_ != kMemberName && tag_ != kEndCollection) {
+      value = readAdditionalValues(std::move(value));
+    }
+    if (value != nullptr) {
+      store(std::move(name), std::move(value));
+    }
+  }
+
+  Text readName() {
     if (coder_.decodeInt16() != 0) {
       throw RangeException(std::string(kInvalidParameter));
     }
-    name_ = coder_.decodeASCIIString();
-    coder_.decodeIPPTag();
-    current_ = readRecord();
-  }
-
-  // Any tag but those two: one more value of the member in hand.
-  void readAdditionalValue() {
-    if (current_ != nullptr) {
-      coder_.scratch().values.push_back(std::move(current_));
-      current_ = nullptr;
-    }
-    if (IPPValue::Pointer value = readRecord()) {
-      coder_.scratch().values.push_back(std::move(value));
-    }
+    return coder_.decodeASCIIString();
   }
 
   // An attribute record without the attribute: its name says nothing inside of a collection.
@@ -71,33 +77,40 @@ class MapReader {
     return coder_.decodeIPPValue();
   }
 
-  void storeMemberInHand() {
-    IPPValue::Pointer value = takeValueInHand();
-    if (value == nullptr) {
-      return;
+  IPPValue::Pointer readAdditionalValues(IPPValue::Pointer value) {
+    do {
+      pushValue(std::move(value));
+      value = readRecord();
+      tag_ = coder_.decodeIPPTag();
+    } while (tag_ != kMemberName && tag_ != kEndCollection);
+    pushValue(std::move(value));
+    if (values_.size() == firstValue_) {
+      return nullptr;
     }
-    if (name_.isAbsent()) {
-      throw InvalidArgumentException("A collection's value has no member name");
-    }
-    coder_.scratch().members.emplace_back(std::move(name_), std::move(value));
-    name_ = Text();
+    IPPValue::Pointer set = coder_.makeArray(std::span(values_).subspan(firstValue_));
+    values_.erase(values_.begin() + static_cast<std::ptrdiff_t>(firstValue_), values_.end());
+    return set;
   }
 
-  IPPValue::Pointer takeValueInHand() {
-    auto& values = coder_.scratch().values;
-    if (values.size() == firstPending_) {
-      return std::exchange(current_, nullptr);
+  void pushValue(IPPValue::Pointer value) {
+    if (value != nullptr) {
+      values_.push_back(std::move(value));
     }
-    IPPValue::Pointer array = coder_.makeArray(std::span(values).subspan(firstPending_));
-    values.resize(firstPending_);
-    return array;
+  }
+
+  void store(Text name, IPPValue::Pointer value) {
+    if (name.isAbsent()) {
+      throw InvalidArgumentException("A collection's value has no member name");
+    }
+    members_.emplace_back(std::move(name), std::move(value));
   }
 
   IPPCoder& coder_;
+  std::vector<IPPCoder::Member>& members_;
+  std::vector<IPPValue::Pointer>& values_;
   std::size_t firstMember_;
-  std::size_t firstPending_;
-  Text name_;
-  IPPValue::Pointer current_;
+  std::size_t firstValue_;
+  std::int32_t tag_ = 0;
 };
 
 IPPValue::Pointer decodeKeyedMap(IPPCoder& coder) {
@@ -107,7 +120,7 @@ IPPValue::Pointer decodeKeyedMap(IPPCoder& coder) {
       values.set(name, std::move(value));
     }
   }
-  return IPPValue::dictionaryWithDictionary(std::move(values));
+  return IPPValue::dictionaryWithDictionary(values);
 }
 
 }  // namespace

@@ -11,18 +11,12 @@ namespace {
 
 constexpr std::size_t kWalkedMembers = 16;
 
-// Finds the place of a name among those kept so far: by a walk while they are few, by a hash table
-// after that.
-class Places {
+// Each finds the place of a name among the `kept` members at the front, or answers `kept`.
+class Walk {
  public:
-  explicit Places(std::span<IPPCoder::Member> members) : members_(members) {}
+  explicit Walk(std::span<const IPPCoder::Member> members) : members_(members) {}
 
-  std::size_t find(std::string_view name, std::size_t kept) {
-    return members_.size() > kWalkedMembers ? findHashed(name, kept) : walk(name, kept);
-  }
-
- private:
-  [[nodiscard]] std::size_t walk(std::string_view name, std::size_t kept) const {
+  std::size_t operator()(std::string_view name, std::size_t kept) const {
     std::size_t place = 0;
     while (place < kept && members_[place].first.viewOrEmpty() != name) {
       ++place;
@@ -30,21 +24,25 @@ class Places {
     return place;
   }
 
-  std::size_t findHashed(std::string_view name, std::size_t kept) {
+ private:
+  std::span<const IPPCoder::Member> members_;
+};
+
+class HashTable {
+ public:
+  std::size_t operator()(std::string_view name, std::size_t kept) {
     return places_.try_emplace(name, kept).first->second;
   }
 
-  std::span<IPPCoder::Member> members_;
+ private:
   std::unordered_map<std::string_view, std::size_t> places_;
 };
 
-}  // namespace
-
-std::size_t uniteMembers(std::span<IPPCoder::Member> members) {
-  Places places(members);
+template <class Find>
+std::size_t unite(std::span<IPPCoder::Member> members, Find find) {
   std::size_t kept = 0;
   for (IPPCoder::Member& member : members) {
-    const std::size_t place = places.find(member.first.viewOrEmpty(), kept);
+    const std::size_t place = find(member.first.viewOrEmpty(), kept);
     if (place < kept) {
       members[place].second = std::move(member.second);
     } else if (&members[kept++] != &member) {
@@ -52,6 +50,13 @@ std::size_t uniteMembers(std::span<IPPCoder::Member> members) {
     }
   }
   return kept;
+}
+
+}  // namespace
+
+std::size_t uniteMembers(std::span<IPPCoder::Member> members) {
+  return members.size() <= kWalkedMembers ? unite(members, Walk(members))
+                                          : unite(members, HashTable());
 }
 
 }  // namespace platen::inline v0

@@ -24,17 +24,18 @@ IPPValue::Pointer makeString(const RawValue& object) {
 /// Reads a string value, on the sequential face with the primitive field that fits its syntax.
 template <class Value, Text (IPPCoder::*field)()>
 IPPValue::Pointer decodeString(IPPCoder& coder) {
-  return coder.make<Value>(coder.allowsKeyedCoding()
-                               ? textIn(coder.decodeRawValueForKey(kValueKey))
-                               : (coder.*field)());
+  return coder.allowsKeyedCoding()
+             ? coder.make<Value>(textIn(coder.decodeRawValueForKey(kValueKey)))
+             : coder.makePlain<Value>((coder.*field)());
 }
 
 /// The descriptor of a string class whose values have fewer than `limit` characters.
 template <class Value, std::size_t limit, Text (IPPCoder::*field)()>
 constexpr IPPValueClass stringClass(std::string_view className, std::uint8_t tag,
                                     std::string_view syntaxName) {
-  return {className,        tag, syntaxName, acceptsStringBelow<limit>, makeString<Value>,
-          decodeString<Value, field>};
+  return {className,         tag,
+          syntaxName,        acceptsStringBelow<limit>,
+          makeString<Value>, decodeString<Value, field>};
 }
 
 }  // namespace platen::inline v0

@@ -28,7 +28,7 @@ IPPValue::Pointer makeEmpty(const RawValue& /*object*/) {
 /// The same, from a coder: nothing is read.
 template <class Value>
 IPPValue::Pointer decodeEmpty(IPPCoder& coder) {
-  return coder.make<Value>();
+  return coder.makePlain<Value>();
 }
 
 /// True for a string of fewer than `limit` characters.

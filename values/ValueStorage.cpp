@@ -18,7 +18,7 @@ std::shared_ptr<const IPPValue> IPPCoder::makeMap(std::span<Member> members) {
   for (Member& member : members.first(uniteMembers(members))) {
     dictionary.set(member.first.viewOrEmpty(), std::move(member.second));
   }
-  return IPPValue::dictionaryWithDictionary(std::move(dictionary));
+  return IPPValue::dictionaryWithDictionary(dictionary);
 }
 
 }  // namespace platen::inline v0

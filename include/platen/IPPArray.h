@@ -16,8 +16,8 @@ namespace platen::inline v0 {
 
 class Arena;
 
-/// A set: several values of one attribute, in order, at least one. It has no tag and no place in the
-/// catalog of its own: both its tag and its syntax name are those of its last value.
+/// A set: several values of one attribute, in order, at least one. It has no tag and no place in
+/// the catalog of its own: both its tag and its syntax name are those of its last value.
 ///
 ///     body = first-body *( value-tag %x00.00 body )                    ; RFC 8010 §3.1.4
 ///

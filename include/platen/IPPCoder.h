@@ -182,12 +182,25 @@ class PLATEN_EXPORT IPPCoder {
   /// holds what the value has borrowed.
   template <class Value, class... Arguments>
   std::shared_ptr<const Value> make(Arguments&&... arguments) {
-    void* room = roomFor(sizeof(Value), alignof(Value));
+    std::shared_ptr<void> room = roomFor(sizeof(Value), alignof(Value));
     if (room == nullptr) {
       return std::make_shared<const Value>(std::forward<Arguments>(arguments)...);
     }
-    auto* value = new (room) Value(std::forward<Arguments>(arguments)...);
-    return {keep(value, &destroy<Value>), value};
+    auto* value = new (room.get()) Value(std::forward<Arguments>(arguments)...);
+    destroyInTheEnd(value, [](void* object) { static_cast<Value*>(object)->~Value(); });
+    return {std::move(room), value};
+  }
+
+  /// The same for a value that owns nothing: its texts, if any, are those that this coder read.
+  /// Where the coder keeps it, its destructor is not run.
+  template <class Value, class... Arguments>
+  std::shared_ptr<const Value> makePlain(Arguments&&... arguments) {
+    std::shared_ptr<void> room = roomFor(sizeof(Value), alignof(Value));
+    if (room == nullptr) {
+      return std::make_shared<const Value>(std::forward<Arguments>(arguments)...);
+    }
+    auto* value = new (room.get()) Value(std::forward<Arguments>(arguments)...);
+    return {std::move(room), value};
   }
 
   using Member = std::pair<Text, std::shared_ptr<const IPPValue>>;
@@ -208,10 +221,11 @@ class PLATEN_EXPORT IPPCoder {
   [[nodiscard]] Scratch& scratch() noexcept { return scratch_; }
 
  protected:
-  /// Room for an object of a message being decoded, or null when each object is on its own.
-  virtual void* roomFor(std::size_t size, std::size_t alignment);
-  /// Takes an object made in such room; the result holds it.
-  virtual std::shared_ptr<const void> keep(void* object, void (*destroy)(void*));
+  /// Room for an object of a message being decoded, or null when each object is on its own. The
+  /// result holds the room, and all else that is in the same memory.
+  virtual std::shared_ptr<void> roomFor(std::size_t size, std::size_t alignment);
+  /// Has `destroy(object)` called for an object made in such room when the memory goes.
+  virtual void destroyInTheEnd(void* object, void (*destroy)(void*));
   /// `text`, which lives until the next field is read, as long as the decoded message does.
   virtual Text keepText(std::string_view text);
 
@@ -219,15 +233,17 @@ class PLATEN_EXPORT IPPCoder {
   /// from `decodeValueOfType`.
   const std::uint8_t* next_ = nullptr;
   const std::uint8_t* end_ = nullptr;
+  /// True when those octets live as long as the decoded message: text in them need not be kept.
+  bool isWindowKept_ = false;
 
  private:
+  // The two rare ends of reading a string stand apart from the one that every string goes through.
+  bool takeRun(Bytes& run) noexcept;
+  [[gnu::noinline]] Text decodeRunFromReader(TextEncoding encoding);
+  [[gnu::noinline]] Text keepDecoded(Bytes octets, TextEncoding encoding);
+
   Scratch scratch_;
   int collectionDepth_ = 0;
-
-  template <class Value>
-  static void destroy(void* value) {
-    static_cast<Value*>(value)->~Value();
-  }
 };
 
 }  // namespace platen::inline v0

@@ -87,7 +87,8 @@ class PLATEN_EXPORT IPPMessage : public IPPCodable {
   /// Those of `subscriptionGroup`; nothing when there is none.
   [[nodiscard]] std::optional<Attributes> subscriptionAttributes() const;
 
-  // --- Attributes across all groups ---------------------------------------------------------------
+  // --- Attributes across all groups
+  // ---------------------------------------------------------------
 
   /// The attributes whose name matches `pattern`, in group order and then attribute order.
   [[nodiscard]] Attributes attributesForKey(std::string_view pattern) const;

@@ -12,8 +12,8 @@
 
 namespace platen::inline v0 {
 
-/// rangeOfInteger: its raw object is the range (lower, upper - lower + 1), in unsigned words. Bounds
-/// in the wrong order are taken as they come; the length then wraps around.
+/// rangeOfInteger: its raw object is the range (lower, upper - lower + 1), in unsigned words.
+/// Bounds in the wrong order are taken as they come; the length then wraps around.
 ///
 ///     body = %x00.08 lower-INT32 upper-INT32          ; RFC 8010 §3.9
 ///

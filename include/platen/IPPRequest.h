@@ -119,14 +119,16 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage {
   [[nodiscard]] double timeoutInterval() const noexcept { return timeoutInterval_; }
   void setTimeInterval(double seconds) noexcept { timeoutInterval_ = seconds; }
 
-  /// Posts the request to `target` and blocks until the whole answer is there. Returns the response,
-  /// also when its status is an error; `error` is then its `status`, and null when all went well.
-  /// Returns null and sets `error` to the transport failure when there is no answer; returns null
-  /// and sets no error when the answer does not decode, which is the one way to tell. The HTTP
-  /// status is not looked at. `error` may be null.
+  /// Posts the request to `target` and blocks until the whole answer is there. Returns the
+  /// response, also when its status is an error; `error` is then its `status`, and null when all
+  /// went well. Returns null and sets `error` to the transport failure when there is no answer;
+  /// returns null and sets no error when the answer does not decode, which is the one way to tell.
+  /// The HTTP status is not looked at. `error` may be null.
   std::shared_ptr<IPPResponse> performOn(const URL& target,
                                          std::shared_ptr<const Error>* error = nullptr);
-  /// The same with a document, which is read to its end into memory and follows the request.
+  /// The same with a document, which is read to its end into memory and follows the request. A
+  /// stream that cannot be opened or fails ends there as an empty or short document does: only its
+  /// own `streamError` tells.
   std::shared_ptr<IPPResponse> performOn(const URL& target,
                                          const std::shared_ptr<InputStream>& dataStream,
                                          std::shared_ptr<const Error>* error = nullptr);

@@ -79,7 +79,8 @@ class PLATEN_EXPORT IPPResponse : public IPPMessage {
   [[nodiscard]] std::string description() const override;
   [[nodiscard]] std::string_view className() const noexcept override;
 
-  // --- Look-ups that the accessors are made of ----------------------------------------------------
+  // --- Look-ups that the accessors are made of
+  // ----------------------------------------------------
 
   [[nodiscard]] std::vector<std::string> _allUnsupportedAttributeNames() const;
   [[nodiscard]] std::vector<std::string> _allUnknownAttributeNames() const;

@@ -47,7 +47,8 @@ class PLATEN_EXPORT IPPTextWithLanguage : public IPPStringValueWithLanguage {
  public:
   using IPPStringValueWithLanguage::IPPStringValueWithLanguage;
   static const IPPValueClass descriptor;
-  /// Raises `InvalidArgumentException` "Invalid parameter" when `_checkValue` refuses the arguments.
+  /// Raises `InvalidArgumentException` "Invalid parameter" when `_checkValue` refuses the
+  /// arguments.
   static Pointer _ippValue(const RawValue& text, const RawValue& language);
   static bool _checkValue(const RawValue& text, const RawValue& language);
   [[nodiscard]] const IPPValueClass& ippClass() const noexcept override { return descriptor; }
@@ -60,7 +61,8 @@ class PLATEN_EXPORT IPPNameWithLanguage : public IPPStringValueWithLanguage {
  public:
   using IPPStringValueWithLanguage::IPPStringValueWithLanguage;
   static const IPPValueClass descriptor;
-  /// Raises `InvalidArgumentException` "Invalid parameter" when `_checkValue` refuses the arguments.
+  /// Raises `InvalidArgumentException` "Invalid parameter" when `_checkValue` refuses the
+  /// arguments.
   static Pointer _ippValue(const RawValue& text, const RawValue& language);
   static bool _checkValue(const RawValue& text, const RawValue& language);
   [[nodiscard]] const IPPValueClass& ippClass() const noexcept override { return descriptor; }

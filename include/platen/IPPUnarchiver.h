@@ -86,8 +86,8 @@ class PLATEN_EXPORT IPPUnarchiver : public IPPCoder {
   std::shared_ptr<const IPPValue> makeMap(std::span<Member> members) override;
 
  protected:
-  void* roomFor(std::size_t size, std::size_t alignment) override;
-  std::shared_ptr<const void> keep(void* object, void (*destroy)(void*)) override;
+  std::shared_ptr<void> roomFor(std::size_t size, std::size_t alignment) override;
+  void destroyInTheEnd(void* object, void (*destroy)(void*)) override;
   Text keepText(std::string_view text) override;
 
  private:

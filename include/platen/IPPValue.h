@@ -67,8 +67,8 @@ class PLATEN_EXPORT IPPValueClass {
   /// A new value of this class that holds a copy of `object`. Raises `RangeException` "Invalid
   /// parameter" when `_checkValue` refuses it.
   [[nodiscard]] Value _ippValue(const RawValue& object) const;
-  /// A new value of this class, read from `coder`: its length and body from a sequential one. Raises
-  /// what the coder raises, and `RangeException` for a body of the wrong length.
+  /// A new value of this class, read from `coder`: its length and body from a sequential one.
+  /// Raises what the coder raises, and `RangeException` for a body of the wrong length.
   [[nodiscard]] Value initWithCoder(IPPCoder& coder) const { return decode_(coder); }
   /// A new value holding a copy of `object`, which is not checked.
   [[nodiscard]] Value initWithValue(const RawValue& object) const { return make_(object); }
@@ -218,7 +218,7 @@ class PLATEN_EXPORT IPPValue : public IPPCodable {
   /// is.
   static Pointer array(std::span<const RawValue> rawObjects, std::string_view syntaxName);
   static Pointer arrayOfKeywords(std::span<const std::string> keywords);
-  static Pointer dictionaryWithDictionary(IPPValueDictionary values);
+  static Pointer dictionaryWithDictionary(const IPPValueDictionary& values);
   /// One argument of `dictionaryWithObjectsAndKeys`: a value, or a name.
   struct PLATEN_EXPORT ObjectOrKey {
     ObjectOrKey(Pointer value);         // NOLINT(google-explicit-constructor): reads as a list

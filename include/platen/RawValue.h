@@ -109,17 +109,17 @@ class PLATEN_EXPORT RawValue {
   ~RawValue();
 
   // Each kind converts into a raw object by itself; that is what the class is for.
-  RawValue(Null null) noexcept;                          // NOLINT(google-explicit-constructor)
-  RawValue(std::string string) noexcept;                 // NOLINT(google-explicit-constructor)
-  RawValue(std::string_view string);                     // NOLINT(google-explicit-constructor)
-  RawValue(const char* string);                          // NOLINT(google-explicit-constructor)
-  RawValue(URL url) noexcept;                            // NOLINT(google-explicit-constructor)
-  RawValue(Number number) noexcept;                      // NOLINT(google-explicit-constructor)
-  RawValue(Range range) noexcept;                        // NOLINT(google-explicit-constructor)
-  RawValue(Size size) noexcept;                          // NOLINT(google-explicit-constructor)
-  RawValue(Date date) noexcept;                          // NOLINT(google-explicit-constructor)
-  RawValue(Array array) noexcept;                        // NOLINT(google-explicit-constructor)
-  RawValue(RawValue::Dictionary dictionary);             // NOLINT(google-explicit-constructor)
+  RawValue(Null null) noexcept;               // NOLINT(google-explicit-constructor)
+  RawValue(std::string string) noexcept;      // NOLINT(google-explicit-constructor)
+  RawValue(std::string_view string);          // NOLINT(google-explicit-constructor)
+  RawValue(const char* string);               // NOLINT(google-explicit-constructor)
+  RawValue(URL url) noexcept;                 // NOLINT(google-explicit-constructor)
+  RawValue(Number number) noexcept;           // NOLINT(google-explicit-constructor)
+  RawValue(Range range) noexcept;             // NOLINT(google-explicit-constructor)
+  RawValue(Size size) noexcept;               // NOLINT(google-explicit-constructor)
+  RawValue(Date date) noexcept;               // NOLINT(google-explicit-constructor)
+  RawValue(Array array) noexcept;             // NOLINT(google-explicit-constructor)
+  RawValue(RawValue::Dictionary dictionary);  // NOLINT(google-explicit-constructor)
   template <Arithmetic T>
   RawValue(T number) noexcept  // NOLINT(google-explicit-constructor)
       : RawValue(Number(number)) {}

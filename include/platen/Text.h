@@ -6,8 +6,8 @@
 
 #include <cstddef>
 #include <optional>
-#include <string>
 #include <string_view>
+#include <utility>
 
 #include "platen/Export.h"
 
@@ -25,13 +25,24 @@ class PLATEN_EXPORT Text {
   /// A copy of `text`; absent when there is none.
   explicit Text(std::optional<std::string_view> text);
   /// Borrowed: the octets must outlive this object and everything moved from it.
-  static Text borrowed(std::string_view text) noexcept;
+  static Text borrowed(std::string_view text) noexcept {
+    return Text(text.data() != nullptr ? text.data() : "", text.size());
+  }
 
   /// A copy owns its octets, also when `other` has borrowed them.
   Text(const Text& other);
-  Text(Text&& other) noexcept;
-  Text& operator=(Text other) noexcept;
-  ~Text();
+  Text(Text&& other) noexcept
+      : octets_(std::exchange(other.octets_, nullptr)), size_(std::exchange(other.size_, 0)) {}
+  Text& operator=(Text other) noexcept {
+    std::swap(octets_, other.octets_);
+    std::swap(size_, other.size_);
+    return *this;
+  }
+  ~Text() {
+    if ((size_ & kOwned) != 0) {
+      delete[] octets_;
+    }
+  }
 
   [[nodiscard]] bool isAbsent() const noexcept { return octets_ == nullptr; }
   /// The text, or nothing when absent; valid as long as this object.
@@ -39,7 +50,7 @@ class PLATEN_EXPORT Text {
     return isAbsent() ? std::nullopt : std::optional(viewOrEmpty());
   }
   /// The text, or "" when absent; valid as long as this object.
-  [[nodiscard]] std::string_view viewOrEmpty() const noexcept { return {octets_, size_}; }
+  [[nodiscard]] std::string_view viewOrEmpty() const noexcept { return {octets_, size_ & ~kOwned}; }
 
   /// Both absent, or both there and equal octet for octet.
   friend bool operator==(const Text& left, const Text& right) noexcept {
@@ -47,9 +58,13 @@ class PLATEN_EXPORT Text {
   }
 
  private:
+  // The topmost bit of the size, which no text needs.
+  static constexpr std::size_t kOwned = ~(~std::size_t{0} >> 1U);
+
+  Text(const char* octets, std::size_t size) noexcept : octets_(octets), size_(size) {}
+
   const char* octets_ = nullptr;
-  std::size_t size_ : 63 = 0;
-  bool owned_ : 1 = false;
+  std::size_t size_ = 0;
 };
 
 }  // namespace platen::inline v0
