@@ -16,11 +16,17 @@ std::size_t AllocationCount::now() noexcept { return allocations; }
 
 }  // namespace platen
 
-// The array and nothrow forms of the standard library come down to these.
+// The array forms of the standard library come down to these, and so does its nothrow form; that of
+// the address sanitizer does not, so it is here.
 void* operator new(std::size_t size) {
   ++platen::allocations;
   if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
   throw std::bad_alloc();
+}
+
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  ++platen::allocations;
+  return std::malloc(size == 0 ? 1 : size);
 }
 
 void operator delete(void* memory) noexcept { std::free(memory); }
