@@ -73,8 +73,9 @@ std::string_view IPPRequest::ippOperationCodename() const noexcept {
 std::string IPPRequest::currentLanguageTag() const {
   const LocaleParts locale = componentsOf(currentLocaleIdentifier());
   std::string tag = locale.language + (locale.country.empty() ? "" : "-") + locale.country;
-  std::transform(tag.begin(), tag.end(), tag.begin(),
-                 [](char letter) { return letter >= 'A' && letter <= 'Z' ? letter | 0x20 : letter; });
+  std::transform(tag.begin(), tag.end(), tag.begin(), [](char letter) {
+    return letter >= 'A' && letter <= 'Z' ? letter | 0x20 : letter;
+  });
   return tag;
 }
 

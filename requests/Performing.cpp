@@ -24,8 +24,7 @@ std::shared_ptr<IPPResponse> IPPRequest::performOn(
 
 std::shared_ptr<IPPResponse> IPPRequest::performOn(
     const URL& target, const std::shared_ptr<InputStream>& dataStream,
-    const std::shared_ptr<OutputStream>& returningDataStream,
-    std::shared_ptr<const Error>* error) {
+    const std::shared_ptr<OutputStream>& returningDataStream, std::shared_ptr<const Error>* error) {
   return IPPConnection::performRequest(*this, target, dataStream, returningDataStream, error);
 }
 

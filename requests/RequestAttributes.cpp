@@ -15,7 +15,8 @@ void IPPRequest::addDefaultRequestAttributes() {
 }
 
 void IPPRequest::addRequestingUserNameAttribute() {
-  addOperationValue(IPPValue::nameWithoutLanguage(loginName()), kIPPRequestingUserNameAttributeName);
+  addOperationValue(IPPValue::nameWithoutLanguage(loginName()),
+                    kIPPRequestingUserNameAttributeName);
 }
 
 void IPPRequest::setRequestedAttributes(std::span<const std::string> names) {

@@ -114,9 +114,10 @@ RawValue IPPResponse::_attributeValueForPrintQueue(const RawValue& value,
   if (!attributes) {
     return {};
   }
-  const auto found = std::find_if(attributes->begin(), attributes->end(), [&](const auto& attribute) {
-    return attribute->name() == name && attribute->ippValue() != nullptr;
-  });
+  const auto found =
+      std::find_if(attributes->begin(), attributes->end(), [&](const auto& attribute) {
+        return attribute->name() == name && attribute->ippValue() != nullptr;
+      });
   return found == attributes->end() ? RawValue() : (*found)->ippValue()->value();
 }
 

@@ -87,8 +87,8 @@ std::shared_ptr<const Error> IPPConnectionHandler::IPPErrorForNSURLError(
     const std::shared_ptr<const Error>& error) {
   const bool isTimeout =
       error != nullptr && error->code() == static_cast<int>(HTTPErrorCode::timedOut);
-  return ippError(isTimeout ? kClientErrorTimeoutStatusCode : kServerErrorServiceUnavailableStatusCode,
-                  error);
+  return ippError(
+      isTimeout ? kClientErrorTimeoutStatusCode : kServerErrorServiceUnavailableStatusCode, error);
 }
 
 }  // namespace platen::inline v0
