@@ -95,6 +95,18 @@ class HTTPConnection;
 class PLATEN_EXPORT HTTPConnectionDelegate {
  public:
   virtual ~HTTPConnectionDelegate();
+  /// The request is about to be sent: returns what is to be sent, or nothing to end the exchange
+  /// without a word. `redirectResponse` is the answer that proposed the request; since this client
+  /// follows no redirect, it is always null. The request itself, unless overridden.
+  virtual std::optional<HTTPRequest> connectionWillSendRequest(HTTPConnection& connection,
+                                                               const HTTPRequest& request,
+                                                               const HTTPResponse* redirectResponse);
+  /// The server asks for credentials (401 or 407). The client has none: the answer is final.
+  virtual void connectionDidReceiveAuthenticationChallenge(HTTPConnection& connection);
+  /// The server asks no more. Never called by this client, which leaves no challenge open.
+  virtual void connectionDidCancelAuthenticationChallenge(HTTPConnection& connection);
+  /// Whether the answer may be cached. This client has no cache, and asks for the record only.
+  virtual bool connectionWillCacheResponse(HTTPConnection& connection);
   /// The head of a final response (never of 1xx). A redirect is a final response: none is followed.
   virtual void connectionDidReceiveResponse(HTTPConnection& connection, const HTTPResponse& response);
   /// The next octets of its body; they live for the call.
