@@ -36,6 +36,13 @@ class Collector final : public HTTPConnectionDelegate {
 }  // namespace
 
 HTTPConnectionDelegate::~HTTPConnectionDelegate() = default;
+std::optional<HTTPRequest> HTTPConnectionDelegate::connectionWillSendRequest(
+    HTTPConnection&, const HTTPRequest& request, const HTTPResponse*) {
+  return request;
+}
+void HTTPConnectionDelegate::connectionDidReceiveAuthenticationChallenge(HTTPConnection&) {}
+void HTTPConnectionDelegate::connectionDidCancelAuthenticationChallenge(HTTPConnection&) {}
+bool HTTPConnectionDelegate::connectionWillCacheResponse(HTTPConnection&) { return false; }
 void HTTPConnectionDelegate::connectionDidReceiveResponse(HTTPConnection&, const HTTPResponse&) {}
 void HTTPConnectionDelegate::connectionDidReceiveData(HTTPConnection&, Bytes) {}
 void HTTPConnectionDelegate::connectionDidFinishLoading(HTTPConnection&) {}

@@ -313,11 +313,28 @@ void HTTPExchange::end(Function tellLast) {
   }
 }
 
+// A delegate is asked what it would be asked by a client that follows redirects or has credentials.
+// This one does neither, whatever is answered.
+void HTTPExchange::tellOfHead(const HTTPResponse& response) {
+  const int status = response.statusCode;
+  if (status >= 300 && status < 400 && response.header("Location")) {
+    tell([&](auto& delegate, auto& connection) {
+      delegate.connectionWillSendRequest(connection, request_, &response);
+    });
+  }
+  if (status == 401 || status == 407) {
+    tell([](auto& delegate, auto& connection) {
+      delegate.connectionDidReceiveAuthenticationChallenge(connection);
+    });
+  }
+  tell([&](auto& delegate, auto& connection) {
+    delegate.connectionDidReceiveResponse(connection, response);
+  });
+}
+
 void HTTPExchange::deliver() {
   if (const auto response = head_.takeResponse()) {
-    tell([&](auto& delegate, auto& connection) {
-      delegate.connectionDidReceiveResponse(connection, *response);
-    });
+    tellOfHead(*response);
   }
   if (!body_.empty()) {
     const Data bytes = std::exchange(body_, {});

@@ -67,6 +67,7 @@ class HTTPExchange final : public HTTPTransferClient, public HTTPEngineMember {
   void stopSending();
   void letReceive();
 
+  void tellOfHead(const HTTPResponse& response);
   void deliver();
   void conclude(const HTTPTransferResult& result);
   [[nodiscard]] bool hasRefusal() const;

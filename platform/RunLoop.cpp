@@ -88,6 +88,7 @@ std::shared_ptr<RunLoop> RunLoop::current() { return ThreadLoops::get(&ThreadLoo
 bool RunLoop::runOnce(milliseconds wait) {
   const auto keep = shared_from_this();
   auto& core = private_->core();
+  const RunLoopCore::Turn turn(core);
   const auto deadline = Clock::now() + std::clamp(wait, milliseconds(0), kLongestWait);
   for (;;) {
     core.poll(std::chrono::ceil<milliseconds>(deadline - Clock::now()));
@@ -120,6 +121,10 @@ bool RunLoop::runUntil(Clock::time_point deadline) {
 }
 
 void RunLoop::stop() { private_->stopRequested_ = private_->runsInProgress_ > 0; }
+
+void RunLoop::setWakeUp(std::function<void()> wakeUp) {
+  private_->core().setWakeUp(std::move(wakeUp));
+}
 
 int RunLoop::descriptor() const { return private_->core().descriptor(); }
 

@@ -130,6 +130,13 @@ void RunLoopCore::enqueue(std::function<void()> work) {
     // A turn of libuv's handles timers first: without this, it would then go on to wait.
     uv_stop(loop_.get());
   }
+  noteChange();
+}
+
+void RunLoopCore::noteChange() {
+  if (turnsInProgress_ == 0 && wakeUp_) {
+    wakeUp_();
+  }
 }
 
 void RunLoopCore::poll(milliseconds wait) {
@@ -191,6 +198,7 @@ struct WatchState final : Source {
 };
 
 void WatchState::apply() {
+  core->noteChange();
   const int events = (wantsReadable ? UV_READABLE : 0) | (wantsWritable ? UV_WRITABLE : 0);
   if (events == 0) {
     uv_poll_stop(&handle);
@@ -288,6 +296,7 @@ void Timer::start(milliseconds delay) {
   uv_update_time(state_->core->native());
   const auto expired = [](uv_timer_t* timer) { stateOf<TimerState>(timer)->expire(); };
   uv_timer_start(&state_->handle, expired, libuvDelay(delay), 0);
+  state_->core->noteChange();
 }
 
 void Timer::stop() {

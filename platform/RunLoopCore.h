@@ -40,6 +40,21 @@ class RunLoopCore {
   /// Calls what the queue held on entry. Returns whether that was anything.
   bool dispatch();
   void enqueue(std::function<void()> work);
+  /// Has `wakeUp` called when something is scheduled while no turn is in progress.
+  void setWakeUp(std::function<void()> wakeUp) { wakeUp_ = std::move(wakeUp); }
+  /// To be called when something was scheduled.
+  void noteChange();
+  /// While one lives, a turn is in progress.
+  class Turn {
+   public:
+    explicit Turn(RunLoopCore& core) : core_(core) { ++core_.turnsInProgress_; }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+    ~Turn() { --core_.turnsInProgress_; }
+
+   private:
+    RunLoopCore& core_;
+  };
 
   [[nodiscard]] int descriptor() const;
   [[nodiscard]] std::optional<std::chrono::milliseconds> timeout();
@@ -53,6 +68,8 @@ class RunLoopCore {
   /// Ends a wait in which nothing happens.
   std::unique_ptr<uv_timer_s> waitTimer_;
   std::deque<std::function<void()>> queue_;
+  std::function<void()> wakeUp_;
+  int turnsInProgress_ = 0;
   bool isPolling_ = false;
 };
 

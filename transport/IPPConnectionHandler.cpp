@@ -59,9 +59,11 @@ std::optional<URL> IPPConnectionHandler::HTTPURLForIPPTargetURL(const URL& targe
                     pathOf(target));
 }
 
-std::optional<HTTPRequest> IPPConnectionHandler::HTTPRequestForIPPRequest(
-    const IPPRequest& request, const URL& target, const std::shared_ptr<InputStream>& dataStream) {
-  std::optional<URL> url = HTTPURLForIPPTargetURL(target);
+namespace {
+
+// What both kinds of request have in common: everything but the body.
+std::optional<HTTPRequest> bodilessRequest(const IPPRequest& request, const URL& target) {
+  std::optional<URL> url = IPPConnectionHandler::HTTPURLForIPPTargetURL(target);
   if (!url) {
     return std::nullopt;
   }
@@ -70,11 +72,36 @@ std::optional<HTTPRequest> IPPConnectionHandler::HTTPRequestForIPPRequest(
   httpRequest.setHeader(kHTTPContentTypeField, kIPPContentTypeValue);
   httpRequest.cachePolicy = HTTPCachePolicy::reloadIgnoringLocalAndRemoteCacheData;
   httpRequest.timeoutInterval = request.timeoutInterval();
-  auto body = std::make_shared<Data>(request.dataRepresentation());
-  if (dataStream != nullptr) {
-    dataStream->readDataToEndOfStreamAppendingToData(*body);
+  return httpRequest;
+}
+
+}  // namespace
+
+std::optional<HTTPRequest> IPPConnectionHandler::HTTPRequestForIPPRequest(
+    const IPPRequest& request, const URL& target, const std::shared_ptr<InputStream>& dataStream) {
+  auto httpRequest = bodilessRequest(request, target);
+  if (httpRequest) {
+    auto body = std::make_shared<Data>(request.dataRepresentation());
+    if (dataStream != nullptr) {
+      dataStream->readDataToEndOfStreamAppendingToData(*body);
+    }
+    httpRequest->body = std::move(body);
   }
-  httpRequest.body = std::move(body);
+  return httpRequest;
+}
+
+std::optional<HTTPRequest> IPPConnectionHandler::HTTPRequestForIPPRequest(IPPRequest& request,
+                                                                          const URL& target) {
+  auto httpRequest = bodilessRequest(request, target);
+  if (!httpRequest) {
+    return std::nullopt;
+  }
+  if (auto stream = request.messageStream()) {
+    httpRequest->bodyStream = std::move(stream);
+    httpRequest->setHeader(kHTTPTransferEncodingField, kIPPTransferEncodingValue);
+  } else {
+    httpRequest->body = std::make_shared<Data>(request.dataRepresentation());
+  }
   return httpRequest;
 }
 

@@ -96,6 +96,16 @@ class HTTPConnection;
 class PLATEN_EXPORT HTTPConnectionDelegate {
  public:
   virtual ~HTTPConnectionDelegate();
+  /// An answer proposes to send the request elsewhere. This client follows no redirect, whatever is
+  /// returned: the redirect is the answer. The request itself, unless overridden.
+  virtual std::optional<HTTPRequest> connectionWillSendRequest(
+      HTTPConnection& connection, const HTTPRequest& request, const HTTPResponse* redirectResponse);
+  /// The server asks for credentials (401 or 407). The client has none: that is the answer.
+  virtual void connectionDidReceiveAuthenticationChallenge(HTTPConnection& connection);
+  /// The server asks no more. Never told by this client, which leaves no challenge open.
+  virtual void connectionDidCancelAuthenticationChallenge(HTTPConnection& connection);
+  /// Whether the answer may be cached. This client has no cache and never asks.
+  virtual bool connectionWillCacheResponse(HTTPConnection& connection);
   /// The head of a final response (never of 1xx). A redirect is a final response: none is followed.
   virtual void connectionDidReceiveResponse(HTTPConnection& connection,
                                             const HTTPResponse& response);

@@ -15,6 +15,8 @@
 #include "platen/Error.h"
 #include "platen/Export.h"
 #include "platen/IPPMessage.h"
+#include "platen/IPPMessageStream.h"
+#include "platen/IPPScheduledRequest.h"
 #include "platen/Stream.h"
 #include "platen/URL.h"
 
@@ -33,7 +35,9 @@ class IPPResponse;
 ///     auto response = request->performOn(*request->printerURI(), &error);
 ///
 /// Threads: one thread at a time. A reference object: held by `std::shared_ptr`.
-class PLATEN_EXPORT IPPRequest : public IPPMessage {
+class PLATEN_EXPORT IPPRequest : public IPPMessage,
+                                 public IPPConnectionDelegate,
+                                 public std::enable_shared_from_this<IPPRequest> {
  public:
   using Pointer = std::shared_ptr<IPPRequest>;
 
@@ -112,7 +116,52 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage {
   [[nodiscard]] std::string description() const override;
   [[nodiscard]] std::string_view className() const noexcept override;
 
-  // --- Performing -------------------------------------------------------------------------------
+  // --- Performing, scheduled
+  // ----------------------------------------------------------------------
+  //
+  // The exchange happens on the run loop of the calling thread (`RunLoop::current`), which has to
+  // be run. While it is in progress it holds the request, so the last reference to the request may
+  // be dropped; the delegate is not held.
+
+  /// Starts the exchange; does nothing while one is held. The outcome is told to the delegate,
+  /// exactly once, in a later turn of the run loop; after `cancel` it is not.
+  ///
+  /// A finished exchange is still held: to send the request again, `cancel` it first. That holds
+  /// within the delegate's operations too, but for `requestWillSend` and `dataStreamForRequest`,
+  /// where only `cancel` has an effect: the exchange then never starts.
+  void sendTo(const URL& target);
+  /// Ends the exchange at once, if there is one, and lets go of it; the delegate is told nothing
+  /// more.
+  void cancel();
+  /// True from `sendTo` until `cancel`, also when the outcome has long been told.
+  [[nodiscard]] bool isInProgress() const noexcept { return requestHandler_ != nullptr; }
+
+  /// Null when there is none or it is gone.
+  [[nodiscard]] std::shared_ptr<IPPRequestDelegate> delegate() const { return delegate_.lock(); }
+  void setDelegate(std::weak_ptr<IPPRequestDelegate> delegate) { delegate_ = std::move(delegate); }
+
+  /// A stream over the request and then the document that the delegate supplies, which it is asked
+  /// for; null when there is none.
+  [[nodiscard]] std::shared_ptr<IPPMessageStream> messageStream();
+  /// The delegate's document, or null.
+  [[nodiscard]] std::shared_ptr<InputStream> dataStreamForRequest();
+
+  // The answers to the exchange: each passes the call on to the delegate with this request.
+
+  void requestWillSend(IPPConnectionHandler& handler) override;
+  void requestDidReceiveResponse(IPPConnectionHandler& handler,
+                                 const std::shared_ptr<IPPResponse>& response,
+                                 const std::shared_ptr<const Error>& error) override;
+  std::shared_ptr<OutputStream> dataStreamForResponse(const std::shared_ptr<IPPResponse>& response,
+                                                      IPPConnectionHandler& handler) override;
+  void responseDidReceiveDataStream(const std::shared_ptr<IPPResponse>& response,
+                                    const std::shared_ptr<OutputStream>& stream,
+                                    IPPConnectionHandler& handler) override;
+  /// `ippOperationCodename` under that key; nothing under every other.
+  [[nodiscard]] std::optional<std::string> valueForKey(std::string_view key) const override;
+
+  // --- Performing, blocking
+  // -----------------------------------------------------------------------
 
   /// Idle time in seconds after which an exchange fails, 60 in every new request: no octet in
   /// either direction. 0 and below: never.
@@ -176,6 +225,10 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage {
   Group operationGroup_;
   Group subscriptionGroup_;
   Group jobGroup_;
+  std::weak_ptr<IPPRequestDelegate> delegate_;
+  std::shared_ptr<IPPScheduledRequest> requestHandler_;
+  bool isStarting_ = false;
+  bool isCancelledWhileStarting_ = false;
   double timeoutInterval_;
 };
 

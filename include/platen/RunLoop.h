@@ -5,6 +5,7 @@
 /// The run loop on which scheduled work happens: the library has no threads of its own.
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -18,6 +19,10 @@ namespace platen::inline v0 {
 ///
 /// Names of hosts are resolved on threads that libuv keeps for the process. No loop waits for them,
 /// not even when it goes; but a normal end of the process waits for a look-up that is under way.
+///
+/// An application with an event loop of its own embeds this one: it waits on `descriptor` for
+/// reading, no longer than `timeout`, and then calls `runOnce(0)`. The headers in platen/adapters/
+/// do that for the usual loops.
 ///
 /// Threads: used on the thread that made it only. Neither copied nor moved.
 class PLATEN_EXPORT RunLoop : public std::enable_shared_from_this<RunLoop> {
@@ -50,6 +55,11 @@ class PLATEN_EXPORT RunLoop : public std::enable_shared_from_this<RunLoop> {
   /// How long a host may wait on the descriptor before it must call `runOnce`: nothing when for
   /// ever, 0 when at once. To be asked again after every turn and every call into the library.
   [[nodiscard]] std::optional<std::chrono::milliseconds> timeout() const;
+
+  /// Has `wakeUp` called whenever something is scheduled while no turn is in progress, that is,
+  /// from within a call of the application's into the library: a host that does not look at
+  /// `timeout` before each of its waits does so now. It must not run the loop. Empty for none.
+  void setWakeUp(std::function<void()> wakeUp);
 
   struct Private;
   /// The library's own door to the loop; of no use outside of it.

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+/// @file
+/// The interfaces of a scheduled exchange: its handle, and those who are told how it goes.
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platen/Error.h"
+#include "platen/Export.h"
+#include "platen/Stream.h"
+
+namespace platen::inline v0 {
+
+class IPPConnectionHandler;
+class IPPRequest;
+class IPPResponse;
+
+/// An exchange that is in progress on a run loop.
+///
+/// Threads: used on the thread of its run loop only.
+class PLATEN_EXPORT IPPScheduledRequest {
+ public:
+  IPPScheduledRequest() = default;
+  IPPScheduledRequest(const IPPScheduledRequest&) = delete;
+  IPPScheduledRequest& operator=(const IPPScheduledRequest&) = delete;
+  virtual ~IPPScheduledRequest();
+
+  /// Ends the exchange at once; nobody is told anything more. A second call does nothing.
+  virtual void cancel() = 0;
+};
+
+/// An application's receiver of what happens to a request that it sent. Every operation has an
+/// empty default. All are called on the thread and from within the run loop that `sendTo` was
+/// called on, `requestWillSend` and `dataStreamForRequest` from within `sendTo` itself. From within
+/// each an application may cancel the request, send it again or drop its last reference to it. What
+/// an operation throws ends the exchange, of which nothing more is told, and leaves the call that
+/// led to it: `sendTo` in the first two, the run loop's in the others.
+class PLATEN_EXPORT IPPRequestDelegate {
+ public:
+  virtual ~IPPRequestDelegate();
+
+  /// The exchange is about to be built. Called once, first.
+  virtual void requestWillSend(IPPRequest& request);
+  /// The document to send after the request, or null for none: the request is then sent whole. The
+  /// stream is opened and closed by the exchange.
+  virtual std::shared_ptr<InputStream> dataStreamForRequest(IPPRequest& request);
+  /// The outcome; called exactly once unless the exchange is cancelled. A response, and its status
+  /// as `error` when that is not successful-ok; or no response, and the failure as `error`.
+  virtual void requestDidReceiveResponse(IPPRequest& request,
+                                         const std::shared_ptr<IPPResponse>& response,
+                                         const std::shared_ptr<const Error>& error);
+  /// Where to put the octets after the response, or null to have them discarded. Called after the
+  /// outcome when that is a response. The stream is opened and closed by the exchange.
+  virtual std::shared_ptr<OutputStream> dataStreamForResponse(
+      const std::shared_ptr<IPPResponse>& response, IPPRequest& request);
+  /// They were put there; `stream` is null when there was no stream. Called last.
+  virtual void responseDidReceiveDataStream(const std::shared_ptr<IPPResponse>& response,
+                                            const std::shared_ptr<OutputStream>& stream,
+                                            IPPRequest& request);
+};
+
+/// The receiver of what happens to an exchange: the same operations, with the handler in the place
+/// of the request. `IPPRequest` is one, and passes everything on to its own delegate.
+class PLATEN_EXPORT IPPConnectionDelegate {
+ public:
+  virtual ~IPPConnectionDelegate();
+
+  virtual void requestWillSend(IPPConnectionHandler& handler);
+  virtual void requestDidReceiveResponse(IPPConnectionHandler& handler,
+                                         const std::shared_ptr<IPPResponse>& response,
+                                         const std::shared_ptr<const Error>& error);
+  virtual std::shared_ptr<OutputStream> dataStreamForResponse(
+      const std::shared_ptr<IPPResponse>& response, IPPConnectionHandler& handler);
+  virtual void responseDidReceiveDataStream(const std::shared_ptr<IPPResponse>& response,
+                                            const std::shared_ptr<OutputStream>& stream,
+                                            IPPConnectionHandler& handler);
+  /// Asked for "ippOperationCodename" when a malformed answer is kept: the name of the operation.
+  /// Without one the answer is not kept.
+  [[nodiscard]] virtual std::optional<std::string> valueForKey(std::string_view key) const;
+};
+
+}  // namespace platen::inline v0

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: Apache-2.0
+
+/// The scheduled exchange as the request sees it: it stands between the exchange and its delegate.
+
+#include <utility>
+
+#include "platen/IPPConnection.h"
+#include "platen/IPPRequest.h"
+
+namespace platen::inline v0 {
+
+namespace {
+
+// Holds a flag, also when a delegate raises.
+class StartingScope {
+ public:
+  explicit StartingScope(bool& flag) : flag_(flag) { flag_ = true; }
+  StartingScope(const StartingScope&) = delete;
+  StartingScope& operator=(const StartingScope&) = delete;
+  ~StartingScope() { flag_ = false; }
+
+ private:
+  bool& flag_;
+};
+
+}  // namespace
+
+// The delegate is called from within the start; what it asks for then is done when there is
+// something to do it to.
+void IPPRequest::sendTo(const URL& target) {
+  if (requestHandler_ != nullptr || isStarting_) {
+    return;
+  }
+  const auto self = shared_from_this();
+  isCancelledWhileStarting_ = false;
+  {
+    const StartingScope scope(isStarting_);
+    requestHandler_ = IPPConnection::schedulePerformRequest(*this, target, self);
+  }
+  if (isCancelledWhileStarting_) {
+    cancel();
+  }
+}
+
+void IPPRequest::cancel() {
+  isCancelledWhileStarting_ = isStarting_;
+  // Let go at the end: the exchange may hold the last reference to this request.
+  if (const auto handler = std::exchange(requestHandler_, nullptr)) {
+    handler->cancel();
+  }
+}
+
+std::shared_ptr<IPPMessageStream> IPPRequest::messageStream() {
+  auto dataStream = dataStreamForRequest();
+  return dataStream == nullptr
+             ? nullptr
+             : IPPMessageStream::initWithMessageHeader(
+                   std::make_shared<const Data>(dataRepresentation()), std::move(dataStream));
+}
+
+std::shared_ptr<InputStream> IPPRequest::dataStreamForRequest() {
+  const auto delegate = delegate_.lock();
+  return delegate == nullptr ? nullptr : delegate->dataStreamForRequest(*this);
+}
+
+void IPPRequest::requestWillSend(IPPConnectionHandler& /*handler*/) {
+  if (const auto delegate = delegate_.lock()) {
+    delegate->requestWillSend(*this);
+  }
+}
+
+void IPPRequest::requestDidReceiveResponse(IPPConnectionHandler& /*handler*/,
+                                           const std::shared_ptr<IPPResponse>& response,
+                                           const std::shared_ptr<const Error>& error) {
+  if (const auto delegate = delegate_.lock()) {
+    delegate->requestDidReceiveResponse(*this, response, error);
+  }
+}
+
+std::shared_ptr<OutputStream> IPPRequest::dataStreamForResponse(
+    const std::shared_ptr<IPPResponse>& response, IPPConnectionHandler& /*handler*/) {
+  const auto delegate = delegate_.lock();
+  return delegate == nullptr ? nullptr : delegate->dataStreamForResponse(response, *this);
+}
+
+void IPPRequest::responseDidReceiveDataStream(const std::shared_ptr<IPPResponse>& response,
+                                              const std::shared_ptr<OutputStream>& stream,
+                                              IPPConnectionHandler& /*handler*/) {
+  if (const auto delegate = delegate_.lock()) {
+    delegate->responseDidReceiveDataStream(response, stream, *this);
+  }
+}
+
+std::optional<std::string> IPPRequest::valueForKey(std::string_view key) const {
+  return key == "ippOperationCodename" ? std::optional(std::string(ippOperationCodename()))
+                                       : std::nullopt;
+}
+
+}  // namespace platen::inline v0
