@@ -29,6 +29,9 @@ target_link_libraries(
   PUBLIC platen-headers
   PRIVATE ${PLATEN_DEPENDENCIES} nlohmann_json::nlohmann_json)
 target_include_directories(platen-objects PUBLIC ${PROJECT_SOURCE_DIR})
+# Nobody replaces the library's own functions from outside, so calls between them need not go by a
+# table that others could change: decoding takes a quarter less time (docs/benchmarks.md).
+target_compile_options(platen-objects PRIVATE -fno-semantic-interposition)
 set_target_properties(
   platen-objects
   PROPERTIES CXX_VISIBILITY_PRESET hidden
@@ -40,7 +43,7 @@ if(PLATEN_SHARED)
   target_link_libraries(platen PUBLIC platen-headers PRIVATE ${PLATEN_DEPENDENCIES})
   # Visibility cannot hide the templates of the standard library that are instantiated here.
   set(exports ${PROJECT_SOURCE_DIR}/cmake/platen.map)
-  target_link_options(platen PRIVATE -Wl,--version-script=${exports})
+  target_link_options(platen PRIVATE -Wl,--version-script=${exports} -Wl,-Bsymbolic-functions)
   set_target_properties(
     platen
     PROPERTIES LINKER_LANGUAGE CXX

@@ -93,8 +93,8 @@ std::optional<RawValue::Dictionary> IPPAttributeGroup::namedValues() const {
   }
   RawValue::Dictionary values;
   for (const auto& attribute : attributes_) {
-    RawValue value = rawValueOf(attribute);
-    values.set(attribute->name().value_or(""), value.isAbsent() ? Null() : std::move(value));
+    const RawValue value = rawValueOf(attribute);
+    values.set(attribute->name().value_or(""), value.isAbsent() ? RawValue(Null()) : value);
   }
   return values;
 }

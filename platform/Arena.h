@@ -82,6 +82,7 @@ class ArenaAllocator {
       : arena_(&other.arena()) {}
 
   [[nodiscard]] T* allocate(std::size_t count) {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): T is a pointer where a deque keeps its map
     return static_cast<T*>(arena_->allocate(count * sizeof(T), alignof(T)));
   }
   void deallocate(T* /*room*/, std::size_t /*count*/) noexcept {}

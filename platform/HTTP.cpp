@@ -46,6 +46,7 @@ bool HTTPConnectionDelegate::connectionWillCacheResponse(HTTPConnection&) { retu
 void HTTPConnectionDelegate::connectionDidReceiveResponse(HTTPConnection&, const HTTPResponse&) {}
 void HTTPConnectionDelegate::connectionDidReceiveData(HTTPConnection&, Bytes) {}
 void HTTPConnectionDelegate::connectionDidFinishLoading(HTTPConnection&) {}
+// NOLINTNEXTLINE(performance-unnecessary-value-param): whoever overrides it may keep the error
 void HTTPConnectionDelegate::connectionDidFailWithError(HTTPConnection&,
                                                         std::shared_ptr<const Error>) {}
 
@@ -59,7 +60,7 @@ HTTPConnection::~HTTPConnection() { cancel(); }
 
 std::shared_ptr<HTTPConnection> HTTPConnection::start(
     HTTPRequest request, std::shared_ptr<HTTPConnectionDelegate> delegate, RunLoop& loop) {
-  const std::shared_ptr<HTTPConnection> connection(new HTTPConnection);
+  std::shared_ptr<HTTPConnection> connection(new HTTPConnection);
   auto& exchange = connection->private_->exchange;
   exchange =
       std::make_shared<HTTPExchange>(std::move(request), std::move(delegate), HTTPEngine::of(loop));

@@ -16,7 +16,7 @@ namespace platen::inline v0 {
 namespace {
 
 // Of all heads and trailers of an exchange.
-constexpr std::size_t kMaximumHeadOctets = 300 * 1024;
+constexpr std::size_t kMaximumHeadOctets = std::size_t{300} * 1024;
 constexpr std::string_view kBlanks = " \t\r\n";
 
 char lowered(char letter) {

@@ -85,7 +85,7 @@ bool HTTPSalvage::isEmpty() const { return judge(socket_) == HTTPEarlyAnswer::cl
 bool HTTPSalvage::isRefusal() const { return judge(socket_) == HTTPEarlyAnswer::refusal; }
 
 bool HTTPSalvage::readRefusal(HTTPHeadReader& head, Data& body, std::size_t maximum) {
-  constexpr std::size_t kEnough = 16 * 1024 * 1024;  // no socket has room for as much
+  constexpr std::size_t kEnough = std::size_t{16} * 1024 * 1024;  // no socket has room for as much
   const auto octets = readAll(socket_, kEnough);
   std::string_view text = octets;
   while (!head.isComplete()) {

@@ -69,11 +69,11 @@ LikePattern::LikePattern(std::string_view pattern)
 bool LikePattern::matchesAscii(std::string_view text) const {
   if (isAscii_ && !hasWildcards_) return equalsIgnoringAsciiCase(pattern_, text);
   if (isAscii_ || !isValid_) return matchesWhole(pattern_, text);
-  return matchesWhole(std::u32string_view(folded_), text);
+  return matchesWhole(std::u32string_view{folded_}, text);
 }
 
 bool LikePattern::matchesFolded(std::u32string_view text) const {
-  return isAscii_ ? matchesWhole(pattern_, text) : matchesWhole(std::u32string_view(folded_), text);
+  return isAscii_ ? matchesWhole(pattern_, text) : matchesWhole(std::u32string_view{folded_}, text);
 }
 
 bool LikePattern::matches(std::string_view text) const {
@@ -88,7 +88,7 @@ bool containsFolded(std::string_view text, std::string_view part) {
   const auto foldedText = foldedCaseAndDiacritics(text);
   const auto foldedPart = foldedCaseAndDiacritics(part);
   if (!foldedText || !foldedPart) return contains(text, part);
-  return contains(std::u32string_view(*foldedText), std::u32string_view(*foldedPart));
+  return contains(std::u32string_view{*foldedText}, std::u32string_view{*foldedPart});
 }
 
 }  // namespace platen::inline v0

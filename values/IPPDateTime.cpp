@@ -19,11 +19,15 @@ IPPValue::Pointer makeDate(const RawValue& object) {
   return std::make_shared<const IPPDateTime>(date == nullptr ? Date() : *date);
 }
 
+std::int64_t secondsOf(std::int64_t hours, std::int64_t minutes) {
+  return hours * 3600 + minutes * 60;
+}
+
 // Fields outside of the calendar are carried over: the 61st second is the next minute's first.
 Date dateIn(Bytes octets) {
   const std::int64_t days = daysFromCivil(octets[0] << 8U | octets[1], octets[2], octets[3]);
-  const std::int64_t local = days * kSecondsOfDay + octets[4] * 3600 + octets[5] * 60 + octets[6];
-  const std::int64_t offset = std::int64_t{octets[9]} * 3600 + octets[10] * 60;
+  const std::int64_t local = days * kSecondsOfDay + secondsOf(octets[4], octets[5]) + octets[6];
+  const std::int64_t offset = secondsOf(octets[9], octets[10]);
   return Date(std::chrono::seconds(octets[8] == '-' ? local + offset : local - offset));
 }
 
