@@ -46,9 +46,11 @@ bool HTTPConnectionDelegate::connectionWillCacheResponse(HTTPConnection&) { retu
 void HTTPConnectionDelegate::connectionDidReceiveResponse(HTTPConnection&, const HTTPResponse&) {}
 void HTTPConnectionDelegate::connectionDidReceiveData(HTTPConnection&, Bytes) {}
 void HTTPConnectionDelegate::connectionDidFinishLoading(HTTPConnection&) {}
-// NOLINTNEXTLINE(performance-unnecessary-value-param): whoever overrides it may keep the error
+// Whoever overrides it may keep the error.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 void HTTPConnectionDelegate::connectionDidFailWithError(HTTPConnection&,
                                                         std::shared_ptr<const Error>) {}
+// NOLINTEND(performance-unnecessary-value-param)
 
 struct HTTPConnection::Private {
   std::shared_ptr<HTTPExchange> exchange;
