@@ -119,6 +119,7 @@ std::optional<std::vector<std::shared_ptr<IPPAttributeGroup>>> IPPUnarchiver::de
     syncReader();
     return groups;
   } catch (const std::exception&) {
+    syncReader();
     return std::nullopt;
   }
 }

@@ -13,7 +13,7 @@ namespace {
 
 // Up to this many octets of input are copied once, in one piece, for the strings of the message to
 // be borrowed from. More than that means that a document follows, which is not to be kept.
-constexpr std::size_t kLargestCopiedInput = std::size_t{1} << 20U;
+constexpr std::size_t kLargestCopiedInput = std::size_t{256} * 1024;
 
 }  // namespace
 

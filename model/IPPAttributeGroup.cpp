@@ -151,7 +151,7 @@ std::string IPPAttributeGroup::description() const {
   std::string text(name());
   text += " = (";
   for (const auto& attribute : attributes_) {
-    text += attribute == attributes_.front() ? "\n    " : ",\n    ";
+    text += &attribute == &attributes_.front() ? "\n    " : ",\n    ";
     text += attribute->description();
   }
   return text + (attributes_.empty() ? ")" : "\n)");

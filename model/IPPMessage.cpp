@@ -169,7 +169,7 @@ void IPPMessage::awakeAfterReading() {}
 std::string IPPMessage::description() const {
   std::string text = "(";
   for (const Group& group : groups_) {
-    text += group == groups_.front() ? "\n" : ",\n";
+    text += &group == &groups_.front() ? "\n" : ",\n";
     text += group->description();
   }
   return text + (groups_.empty() ? ")" : "\n)");

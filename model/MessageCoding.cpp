@@ -56,25 +56,28 @@ std::shared_ptr<IPPMessage> IPPMessage::initWithCoder(IPPCoder& coder) {
   return message->readFrom(coder) ? message : nullptr;
 }
 
-bool IPPMessage::readFromData(Bytes data) {
-  if (data.empty()) {
+// Whatever an application's own stream raises does not come out of a reading constructor.
+template <class MakeReader>
+bool IPPMessage::readFromReader(MakeReader makeReader) {
+  try {
+    IPPUnarchiver coder(makeReader());
+    return readFrom(coder);
+  } catch (...) {
     return false;
   }
-  IPPUnarchiver coder(std::make_shared<BorrowedReader>(data));
-  return readFrom(coder);
+}
+
+bool IPPMessage::readFromData(Bytes data) {
+  return !data.empty() && readFromReader([&] { return std::make_shared<BorrowedReader>(data); });
 }
 
 bool IPPMessage::readFromStream(const std::shared_ptr<InputStream>& stream) {
-  if (stream == nullptr) {
-    return false;
-  }
-  IPPUnarchiver coder(IPPBytesReader::readerWithStream(stream));
-  return readFrom(coder);
+  return stream != nullptr &&
+         readFromReader([&] { return IPPBytesReader::readerWithStream(stream); });
 }
 
 bool IPPMessage::readFromFileHandle(int descriptor) {
-  IPPUnarchiver coder(IPPBytesReader::readerWithFileHandle(descriptor));
-  return readFrom(coder);
+  return readFromReader([&] { return IPPBytesReader::readerWithFileHandle(descriptor); });
 }
 
 bool IPPMessage::readFrom(IPPCoder& coder) {

@@ -89,7 +89,8 @@ struct Hasher {
     return combineHashes(std::hash<double>()(size.width), std::hash<double>()(size.height));
   }
   std::size_t operator()(const Date& date) const {
-    return static_cast<std::size_t>(date.time_since_epoch().count());
+    // Of the second: date values are equal to the second, and so are sets and collections of them.
+    return static_cast<std::size_t>(date.time_since_epoch().count() / 1000);
   }
   std::size_t operator()(const RawValue::Array& array) const {
     std::size_t hash = array.size();

@@ -70,8 +70,9 @@ std::optional<std::string_view> statusNameForCode(std::int32_t statusCode) noexc
 }
 
 const std::map<std::int32_t, std::string_view>& ippStatusToNameSpec() {
-  static const auto spec = dictionaryFromTable(kStatuses);
-  return spec;
+  static const auto* const spec =
+      new auto(dictionaryFromTable(kStatuses));  // lives for the process
+  return *spec;
 }
 
 bool statusAllowsResubmission(std::int32_t statusCode) noexcept {

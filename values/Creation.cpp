@@ -100,7 +100,11 @@ IPPValue::Pointer IPPValue::dictionaryWithDictionary(const IPPValueDictionary& v
 IPPValue::ObjectOrKey::ObjectOrKey(Pointer value) : object(std::move(value)) {}
 IPPValue::ObjectOrKey::ObjectOrKey(std::nullptr_t /*none*/) {}
 IPPValue::ObjectOrKey::ObjectOrKey(std::string_view text) : key(text) {}
-IPPValue::ObjectOrKey::ObjectOrKey(const char* text) : key(text) {}
+IPPValue::ObjectOrKey::ObjectOrKey(const char* text) {
+  if (text != nullptr) {
+    key = text;
+  }
+}
 
 IPPValue::Pointer IPPValue::dictionaryWithObjectsAndKeys(
     std::initializer_list<ObjectOrKey> objectsAndKeys) {

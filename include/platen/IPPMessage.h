@@ -134,6 +134,8 @@ class PLATEN_EXPORT IPPMessage : public IPPCodable {
   [[nodiscard]] virtual std::shared_ptr<IPPMessage> makeEmptyCopy() const;
 
  private:
+  template <class MakeReader>
+  bool readFromReader(MakeReader makeReader);
   bool readSequence(IPPCoder& coder);
   bool readKeys(IPPCoder& coder);
 

@@ -60,6 +60,9 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage,
   /// The name of the operation, or "Unknown-Operation". Lives for the process.
   static std::string_view operationName(std::int32_t operationId) noexcept;
 
+  // The factories and setters below raise `RangeException` "Invalid parameter" for a URL of 1024
+  // characters and more.
+
   // --- Jobs -------------------------------------------------------------------------------------
 
   /// Get-Job-Attributes, RFC 8011 §4.3.4.
@@ -166,6 +169,7 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage,
   /// Idle time in seconds after which an exchange fails, 60 in every new request: no octet in
   /// either direction. 0 and below: never.
   [[nodiscard]] double timeoutInterval() const noexcept { return timeoutInterval_; }
+  /// Sets `timeoutInterval`; the name without "out" is the interface's own.
   void setTimeInterval(double seconds) noexcept { timeoutInterval_ = seconds; }
 
   /// Posts the request to `target` and blocks until the whole answer is there. Returns the
@@ -186,7 +190,7 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage,
   std::shared_ptr<IPPResponse> performOn(const URL& target,
                                          const std::shared_ptr<OutputStream>& returningDataStream,
                                          std::shared_ptr<const Error>* error = nullptr);
-  /// Both. Either stream may be null.
+  /// Both. Either stream may be null; this is the one to give a literal `nullptr` to.
   std::shared_ptr<IPPResponse> performOn(const URL& target,
                                          const std::shared_ptr<InputStream>& dataStream,
                                          const std::shared_ptr<OutputStream>& returningDataStream,
@@ -206,7 +210,9 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage,
   const Group& _jobGroup();
 
  private:
-  struct ReadingKey {};
+  struct ReadingKey {
+    explicit ReadingKey() = default;
+  };
 
  public:
   /// Of use to the reading constructors only.

@@ -36,8 +36,9 @@ namespace platen::inline v0 {
 /// Threads: one thread at a time. Neither copied nor moved.
 class PLATEN_EXPORT IPPUnarchiver : public IPPCoder {
  public:
+  /// The reader must not be null; a stream behind it must be open.
   explicit IPPUnarchiver(std::shared_ptr<IPPBytesReader> reader);
-  /// Over `data`, which the caller keeps unchanged until the decoder is gone.
+  /// Over `data`, which is held and must stay unchanged until the decoder is gone.
   static std::shared_ptr<IPPUnarchiver> initForReadingWithData(std::shared_ptr<const Data> data);
   /// Over an open stream.
   static std::shared_ptr<IPPUnarchiver> initForReadingWithStream(
@@ -79,6 +80,8 @@ class PLATEN_EXPORT IPPUnarchiver : public IPPCoder {
   /// The last tag read, sign-extended; 0 before the first one.
   [[nodiscard]] std::int32_t currentTag() const noexcept { return currentTag_; }
   void setCurrentTag(std::int32_t tag) noexcept override { currentTag_ = tag; }
+  /// The source. It may be a part of the message behind until the groups are decoded or the decoder
+  /// is gone: nobody else may read from it meanwhile.
   [[nodiscard]] const std::shared_ptr<IPPBytesReader>& reader() const noexcept { return reader_; }
 
   std::shared_ptr<const IPPValue> makeArray(
