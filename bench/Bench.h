@@ -30,4 +30,9 @@ double nanosecondsOf(const std::function<void()>& run);
 void benchCodec(const std::vector<Capture>& captures);
 void benchLimits(const std::vector<Capture>& captures);
 
+/// Prints three tables: a large document from a pipe, many exchanges at once, one after the other.
+void benchExchange(const Capture& answer);
+/// The last of these tables, with a printer.
+void benchPrinter(const std::string& uri);
+
 }  // namespace platen::bench

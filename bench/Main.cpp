@@ -2,6 +2,8 @@
 
 // platen-bench codec FILE...   times the decoder and the encoder on captured messages
 // platen-bench limits FILE...  times what bounds them from below
+// platen-bench exchange FILE   times exchanges that are answered with the octets of FILE
+// platen-bench printer URI     times exchanges with a printer
 
 #include <cstdio>
 #include <filesystem>
@@ -37,18 +39,37 @@ std::vector<Capture> readCaptures(char** first, char** last) {
   return captures;
 }
 
+bool runCommand(std::string_view command, char** first, char** last) {
+  using namespace platen::bench;
+  if (command == "printer") {
+    benchPrinter(*first);
+    return true;
+  }
+  const std::vector<Capture> captures = readCaptures(first, last);
+  if (command == "codec") {
+    benchCodec(captures);
+  } else if (command == "limits") {
+    benchLimits(captures);
+  } else if (command == "exchange") {
+    benchExchange(captures.front());
+  } else {
+    return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::string_view command = argc > 2 ? argv[1] : "";
-  if (command != "codec" && command != "limits") {
-    std::fputs("usage: platen-bench codec|limits FILE...\n", stderr);
-    return kWrongArguments;
-  }
   try {
-    const std::vector<Capture> captures = readCaptures(argv + 2, argv + argc);
-    (command == "codec" ? platen::bench::benchCodec : platen::bench::benchLimits)(captures);
-    return 0;
+    if (argc > 2 && runCommand(argv[1], argv + 2, argv + argc)) {
+      return 0;
+    }
+    std::fputs(
+        "usage: platen-bench codec|limits|exchange FILE...\n"
+        "       platen-bench printer URI\n",
+        stderr);
+    return kWrongArguments;
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "platen-bench: %s\n", failure.what());
     return kFailure;

@@ -28,5 +28,7 @@ endif()
 
 find_program(PLATEN_CCACHE ccache)
 if(PLATEN_CCACHE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${PLATEN_CCACHE})
+  # It keeps what is compiled with a precompiled header only when told that this is all right.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+                                  CCACHE_SLOPPINESS=pch_defines,time_macros ${PLATEN_CCACHE})
 endif()

@@ -2,6 +2,7 @@
 #include "platen/IPPCoder.h"
 
 #include "platen/Exception.h"
+#include "platform/KeyValueProperties.h"
 
 namespace platen::inline v0 {
 
@@ -105,6 +106,19 @@ std::vector<IPPCoder::Object> IPPCoder::decodeObjectsForKey(std::string_view /*k
 
 Dictionary<IPPCoder::Object> IPPCoder::decodeNamedObjectsForKey(std::string_view /*key*/) {
   refuseKeyed();
+}
+
+namespace {
+
+constexpr KeyValueProperty<KeyValueAccess> kProperties[] = {
+    property<&IPPCodable::className>("className"),
+};
+
+}  // namespace
+
+const KeyValueProperties& IPPCodable::_keyValueProperties() const noexcept {
+  static const KeyValueProperties properties{&KeyValueAccess::_keyValueProperties(), kProperties};
+  return properties;
 }
 
 }  // namespace platen::inline v0

@@ -3,7 +3,9 @@
 
 #include <functional>
 
+#include "platen/IPPCodableClass.h"
 #include "platen/IPPConstants.h"
+#include "platform/KeyValueProperties.h"
 
 namespace platen::inline v0 {
 
@@ -71,7 +73,15 @@ std::string IPPAttribute::description() const {
          (value_ == nullptr ? "(null)" : value_->description());
 }
 
-std::string_view IPPAttribute::className() const noexcept { return "IPPAttribute"; }
+namespace {
+constinit const IPPCodableClass kCodableClass("IPPAttribute",
+                                              [](IPPCoder& coder) -> IPPCoder::Object {
+                                                return IPPAttribute::initWithCoder(coder);
+                                              });
+const IPPCodableRegistration registration(kCodableClass);
+}  // namespace
+
+std::string_view IPPAttribute::className() const noexcept { return kCodableClass.className(); }
 
 void IPPAttribute::encodeWithCoder(IPPCoder& coder) const {
   if (coder.allowsKeyedCoding()) {
@@ -92,6 +102,23 @@ std::shared_ptr<IPPAttribute> IPPAttribute::initWithCoder(IPPCoder& coder) {
   }
   auto value = std::dynamic_pointer_cast<const IPPValue>(coder.decodeObjectForKey(kValueKey));
   return std::make_shared<IPPAttribute>(std::move(value), Text(coder.decodeStringForKey(kNameKey)));
+}
+
+namespace {
+
+constexpr KeyValueProperty<KeyValueAccess> kProperties[] = {
+    property<&IPPAttribute::ippValue>("ippValue"),
+    property<&IPPAttribute::name>("name"),
+    property<&IPPAttribute::hash>("hash"),
+    property<&IPPAttribute::copy>("copy"),
+    property<&IPPAttribute::description>("description"),
+};
+
+}  // namespace
+
+const KeyValueProperties& IPPAttribute::_keyValueProperties() const noexcept {
+  static const KeyValueProperties properties{&IPPCodable::_keyValueProperties(), kProperties};
+  return properties;
 }
 
 }  // namespace platen::inline v0

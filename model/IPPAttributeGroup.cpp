@@ -6,6 +6,7 @@
 
 #include "platen/IPPConstants.h"
 #include "platform/Hash.h"
+#include "platform/KeyValueProperties.h"
 #include "platform/LikePattern.h"
 
 namespace platen::inline v0 {
@@ -99,6 +100,11 @@ std::optional<RawValue::Dictionary> IPPAttributeGroup::namedValues() const {
   return values;
 }
 
+// Null rather than a failure, unlike a message: see the header.
+KeyValue IPPAttributeGroup::valueForUndefinedKey(std::string_view key) const {
+  return attributeWithName(key);
+}
+
 void IPPAttributeGroup::addAttribute(std::shared_ptr<IPPAttribute> attribute) {
   if (attribute != nullptr) {
     attributes_.push_back(std::move(attribute));
@@ -179,6 +185,25 @@ std::shared_ptr<IPPAttributeGroup> IPPGroupClass::initWithCoder(IPPCoder& coder)
         std::dynamic_pointer_cast<const IPPAttribute>(object)));
   }
   return group;
+}
+
+namespace {
+
+constexpr KeyValueProperty<KeyValueAccess> kProperties[] = {
+    property<&IPPAttributeGroup::ippTag>("ippTag"),
+    property<&IPPAttributeGroup::name>("name"),
+    property<&IPPAttributeGroup::attributes>("attributes"),
+    property<&IPPAttributeGroup::namedValues>("namedValues"),
+    property<&IPPAttributeGroup::hash>("hash"),
+    property<&IPPAttributeGroup::copy>("copy"),
+    property<&IPPAttributeGroup::description>("description"),
+};
+
+}  // namespace
+
+const KeyValueProperties& IPPAttributeGroup::_keyValueProperties() const noexcept {
+  static const KeyValueProperties properties{&IPPCodable::_keyValueProperties(), kProperties};
+  return properties;
 }
 
 }  // namespace platen::inline v0

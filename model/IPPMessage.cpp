@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <typeinfo>
 
+#include "platen/IPPCodableClass.h"
 #include "platen/IPPConstants.h"
 #include "platform/Hash.h"
 #include "platform/LikePattern.h"
@@ -175,6 +176,14 @@ std::string IPPMessage::description() const {
   return text + (groups_.empty() ? ")" : "\n)");
 }
 
-std::string_view IPPMessage::className() const noexcept { return "IPPMessage"; }
+namespace {
+constinit const IPPCodableClass kCodableClass("IPPMessage",
+                                              [](IPPCoder& coder) -> IPPCoder::Object {
+                                                return IPPMessage::initWithCoder(coder);
+                                              });
+const IPPCodableRegistration registration(kCodableClass);
+}  // namespace
+
+std::string_view IPPMessage::className() const noexcept { return kCodableClass.className(); }
 
 }  // namespace platen::inline v0

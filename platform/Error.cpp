@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/KeyValueProperties.h"
 #include "platform/POSIXError.h"
 
 namespace platen::inline v0 {
@@ -87,6 +88,36 @@ std::string Error::description() const {
 }
 
 bool operator==(const Error& left, const Error& right) { return areEqual(left, right, 0); }
+
+namespace {
+
+KeyValue userInfoOf(const Error& error) {
+  KeyValue::Dictionary entries;
+  for (const auto& [key, entry] : error.userInfo()) {
+    entries.set(key, std::visit([](const auto& object) { return KeyValue(object); }, entry));
+  }
+  return entries;
+}
+
+constexpr KeyValueProperty<Error> kProperties[] = {
+    property<&Error::domain>("domain"),
+    property<&Error::code>("code"),
+    {"userInfo", userInfoOf},
+    property<&Error::localizedDescription>("localizedDescription"),
+    property<&Error::underlyingError>("underlyingError"),
+    property<&Error::description>("description"),
+};
+
+}  // namespace
+
+std::optional<KeyValue> errorProperty(const Error& error, std::string_view name) {
+  for (const auto& property : kProperties) {
+    if (property.name == name) {
+      return property.get(error);
+    }
+  }
+  return std::nullopt;
+}
 
 std::shared_ptr<const Error> posixError(int code) {
   Error::UserInfo userInfo;

@@ -33,6 +33,8 @@ class FileDescriptor {
 
   /// Whether any of poll(2)'s `events`, or an end or an error, can be had without waiting.
   [[nodiscard]] bool isReady(short events) const;
+  /// -1 when there is none.
+  [[nodiscard]] int number() const { return descriptor_; }
 
  private:
   int inspect();

@@ -70,7 +70,11 @@ std::shared_ptr<HTTPConnection> HTTPConnection::start(
   return connection;
 }
 
-void HTTPConnection::cancel() { private_->exchange->cancel(); }
+void HTTPConnection::cancel() {
+  if (private_->exchange != nullptr) {
+    private_->exchange->cancel();
+  }
+}
 
 std::optional<Data> HTTPConnection::sendSynchronousRequest(const HTTPRequest& request,
                                                            HTTPResponse& response,

@@ -3,24 +3,69 @@
 #include "platform/HTTPBodySource.h"
 
 #include <algorithm>
+#include <exception>
+#include <string_view>
 #include <utility>
+
+#include "platform/HTTPFailure.h"
 
 namespace platen::inline v0 {
 
 namespace {
 
-// What libcurl takes at once.
-constexpr std::size_t kPieceLength = 65536;
+constexpr std::string_view kDefaultMode = "default";
+
+struct Reading {
+  explicit Reading(bool& flag) : isReading(flag) { isReading = true; }
+  Reading(const Reading&) = delete;
+  Reading& operator=(const Reading&) = delete;
+  ~Reading() { isReading = false; }
+  bool& isReading;
+};
 
 }  // namespace
 
+template <typename Call>
+bool HTTPBodySource::guarded(Call call) {
+  try {
+    call();
+    return true;
+  } catch (const std::exception& exception) {
+    thrown_ = httpError(HTTPErrorCode::bodyStreamFailed, exception.what());
+  } catch (...) {
+    thrown_ = httpError(HTTPErrorCode::bodyStreamFailed, "an exception of unknown type");
+  }
+  return false;
+}
+
 HTTPBodySource::HTTPBodySource(std::shared_ptr<InputStream> stream) : stream_(std::move(stream)) {}
 
-HTTPBodySource::~HTTPBodySource() { stream_->close(); }
+HTTPBodySource::~HTTPBodySource() {
+  guarded([this] { leaveLoop(); });
+  guarded([this] { restoreDelegate(); });
+  guarded([this] { stream_->close(); });
+}
+
+void HTTPBodySource::leaveLoop() {
+  if (const auto loop = std::exchange(loop_, {}).lock()) {
+    stream_->removeFromRunLoop(*loop, kDefaultMode);
+  }
+}
+
+void HTTPBodySource::restoreDelegate() {
+  // Null also when this was the delegate, which is no longer shared when it goes.
+  if (stream_->delegate() == nullptr) {
+    stream_->setDelegate(formerDelegate_);
+  }
+}
 
 bool HTTPBodySource::open() {
-  stream_->open();
-  return stream_->streamStatus() != StreamStatus::error;
+  bool isOpen = false;
+  guarded([&] {
+    stream_->open();
+    isOpen = stream_->streamStatus() != StreamStatus::error;
+  });
+  return isOpen;
 }
 
 bool HTTPBodySource::mayComeLater() const {
@@ -29,15 +74,34 @@ bool HTTPBodySource::mayComeLater() const {
          status == StreamStatus::reading;
 }
 
+std::shared_ptr<const Error> HTTPBodySource::error() {
+  std::shared_ptr<const Error> streams;
+  if (thrown_ == nullptr) {
+    guarded([&] { streams = stream_->streamError(); });
+  }
+  return thrown_ != nullptr ? thrown_ : streams;
+}
+
 HTTPBodySource::State HTTPBodySource::refill() {
   if (taken_ < piece_.size() || isAtEnd_) {
     return State::ready;
   }
-  // At the end there is nothing available either, and a read is what says so.
-  if (isReading_ || (!stream_->hasBytesAvailable() && mayComeLater())) {
+  State state = State::failed;
+  guarded([&] { state = refillFromStream(); });
+  return state;
+}
+
+HTTPBodySource::State HTTPBodySource::refillFromStream() {
+  if (isReading_) {
     return State::dry;
   }
-  const auto count = readNext();
+  const Reading reading(isReading_);
+  // At the end there is nothing available either, and a read is what says so.
+  if (!stream_->hasBytesAvailable() && mayComeLater()) {
+    return State::dry;
+  }
+  next_.resize(kHTTPPieceLength);
+  const auto count = stream_->read(next_.data(), next_.size());
   if (count < 0) {
     return mayComeLater() ? State::dry : State::failed;
   }
@@ -48,17 +112,45 @@ HTTPBodySource::State HTTPBodySource::refill() {
   return State::ready;
 }
 
-std::ptrdiff_t HTTPBodySource::readNext() {
-  struct Reading {
-    explicit Reading(bool& flag) : isReading(flag) { isReading = true; }
-    Reading(const Reading&) = delete;
-    Reading& operator=(const Reading&) = delete;
-    ~Reading() { isReading = false; }
-    bool& isReading;
-  };
-  const Reading reading(isReading_);
-  next_.resize(kPieceLength);
-  return stream_->read(next_.data(), next_.size());
+bool HTTPBodySource::callWhenReady(RunLoop& loop, std::function<void()> ready) {
+  ready_ = std::move(ready);
+  if (isReading_) {
+    return false;  // it would tell again and again of what nobody may read meanwhile
+  }
+  bool tells = false;
+  guarded([&] {
+    becomeDelegate();
+    loop_ = loop.weak_from_this();
+    tells = stream_->scheduleInRunLoop(loop, kDefaultMode);
+  });
+  return tells;
+}
+
+void HTTPBodySource::becomeDelegate() {
+  if (const auto current = stream_->delegate(); current.get() != this) {
+    formerDelegate_ = current;
+    stream_->setDelegate(weak_from_this());
+  }
+}
+
+void HTTPBodySource::streamHandleEvent(Stream& stream, StreamEvent event) {
+  const auto keep = shared_from_this();
+  std::exception_ptr raised;
+  try {
+    if (const auto former = formerDelegate_.lock()) {
+      former->streamHandleEvent(stream, event);
+    }
+  } catch (...) {
+    raised = std::current_exception();  // of the application's, whose exchange goes on
+  }
+  if (const auto ready = std::exchange(ready_, nullptr)) {
+    // Else it would tell after each read, also while there is no need to wait.
+    guarded([this] { leaveLoop(); });
+    ready();
+  }
+  if (raised != nullptr) {
+    std::rethrow_exception(raised);
+  }
 }
 
 std::optional<std::size_t> HTTPBodySource::take(std::uint8_t* destination, std::size_t room) {

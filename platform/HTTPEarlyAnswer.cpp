@@ -2,6 +2,7 @@
 
 #include "platform/HTTPEarlyAnswer.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -43,6 +44,18 @@ std::size_t headLength(std::string_view text) {
   return 0;
 }
 
+bool isPart(HTTPEarlyAnswer answer) {
+  return answer == HTTPEarlyAnswer::beginning || answer == HTTPEarlyAnswer::refusalBeginning;
+}
+
+/// Whether the other side will send no more. Octets before the end hide it from `recv`.
+bool hasEnded(int socket) {
+  struct pollfd entry {};
+  entry.fd = socket;
+  entry.events = POLLRDHUP;
+  return poll(&entry, 1, 0) > 0;
+}
+
 }  // namespace
 
 HTTPEarlyAnswer judgeEarlyAnswer(std::string_view received, std::size_t& interim) {
@@ -74,20 +87,24 @@ HTTPEarlyAnswer judgeEarlyAnswer(std::string_view received, std::size_t& interim
   }
 }
 
-HTTPEarlyAnswer lookForEarlyAnswer(int socket, std::size_t& interimOctets) {
+HTTPEarlyLook lookForEarlyAnswer(int socket) {
   std::array<char, kLookAhead> octets;
+  const bool isLast = hasEnded(socket);  // asked first: all that was sent before the end is there
   const auto count = recv(socket, octets.data(), octets.size(), MSG_PEEK | MSG_DONTWAIT);
   if (count <= 0) {
     const bool isPending = count < 0 && (errno == EAGAIN || errno == EINTR);
-    return isPending ? HTTPEarlyAnswer::nothing : HTTPEarlyAnswer::closed;
+    return {isPending ? HTTPEarlyAnswer::nothing : HTTPEarlyAnswer::closed};
   }
-  std::size_t interim = 0;
-  const auto answer = judgeEarlyAnswer({octets.data(), static_cast<std::size_t>(count)}, interim);
-  if (interim > 0) {
-    recv(socket, octets.data(), interim, MSG_DONTWAIT);
-    interimOctets += interim;
+  HTTPEarlyLook look;
+  look.octets = static_cast<std::size_t>(count);
+  look.answer = judgeEarlyAnswer({octets.data(), look.octets}, look.interimOctets);
+  if (look.interimOctets > 0) {
+    recv(socket, octets.data(), look.interimOctets, MSG_DONTWAIT);
   }
-  return answer;
+  if (isLast && isPart(look.answer)) {
+    look.answer = HTTPEarlyAnswer::malformed;
+  }
+  return look;
 }
 
 }  // namespace platen::inline v0

@@ -13,13 +13,21 @@ enum class HTTPEarlyAnswer {
   refusalBeginning,  ///< a status of 400 or above, but not all of the head
   refusal,           ///< the whole head of a status of 400 or above
   other,             ///< another final status
-  malformed,         ///< no HTTP/1 answer
+  malformed,         ///< no HTTP/1 answer, or a part of one with nothing to follow
   closed,            ///< the end or the failure of the connection, and nothing before it
 };
 
+struct HTTPEarlyLook {
+  HTTPEarlyAnswer answer = HTTPEarlyAnswer::nothing;
+  /// How many octets there were, as far as one looks.
+  std::size_t octets = 0;
+  /// How many of them were heads of 1xx.
+  std::size_t interimOctets = 0;
+};
+
 /// Judges what has been received but not yet read on `socket`. Heads of 1xx (RFC 9110 §15.2) are
-/// read and dropped; their octets are added to `interimOctets`. Nothing else is taken away.
-HTTPEarlyAnswer lookForEarlyAnswer(int socket, std::size_t& interimOctets);
+/// read and dropped, nothing else is taken away.
+HTTPEarlyLook lookForEarlyAnswer(int socket);
 
 /// The same of the octets `received`, of which the first `interim`, on return, are heads of 1xx.
 HTTPEarlyAnswer judgeEarlyAnswer(std::string_view received, std::size_t& interim);

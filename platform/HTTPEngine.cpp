@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <chrono>
 #include <new>
+#include <optional>
 #include <utility>
 
 #include "platform/HTTPTransfer.h"
@@ -82,20 +83,30 @@ void HTTPEngine::add(void* easy) {
   curl_multi_add_handle(multi_, easy);
 }
 
-void HTTPEngine::remove(HTTPTransfer& transfer, void* easy) {
-  for (auto& [descriptor, socket] : sockets_) {
-    if (socket.transfer == &transfer) {
-      socket.transfer = nullptr;
+template <typename Function>
+void HTTPEngine::eachSocketOf(const HTTPTransfer& transfer, Function function) const {
+  for (const int descriptor : transfer.sockets()) {
+    const auto found = sockets_.find(descriptor);
+    // A socket that the transfer had may be closed, and its number another's.
+    if (found != sockets_.end() && found->second.transfer == &transfer) {
+      function(*found);
     }
   }
+}
+
+void HTTPEngine::remove(HTTPTransfer& transfer, void* easy) {
+  eachSocketOf(transfer, [this](const auto& entry) {
+    sockets_.at(entry.first).transfer = nullptr;
+    idle_.insert(entry.first);
+  });
   curl_multi_remove_handle(multi_, easy);
 }
 
 void HTTPEngine::closeSpoiledConnections() {
   // libcurl uses an idle connection again unless it was closed. One on which a server has said
   // something unasked, such as 408 (Request Timeout), would give that as the next answer.
-  for (const auto& [descriptor, socket] : sockets_) {
-    if (socket.transfer == nullptr && !isSilent(descriptor)) {
+  for (const int descriptor : idle_) {
+    if (!isSilent(descriptor)) {
       shutdown(descriptor, SHUT_RDWR);
     }
   }
@@ -114,6 +125,7 @@ void HTTPEngine::closeSocket(int descriptor) {
   if (const auto found = sockets_.find(descriptor); found != sockets_.end()) {
     transfer = found->second.transfer;
     sockets_.erase(found);
+    idle_.erase(descriptor);
   }
   if (transfer == nullptr || !transfer->client().transferCloses(descriptor)) {
     close(descriptor);
@@ -131,6 +143,8 @@ void HTTPEngine::watch(int descriptor, int wanted, HTTPTransfer* transfer) {
   // A transfer that is paused both ways wants nothing of its socket, but has it still.
   if (transfer != nullptr && wanted != CURL_POLL_REMOVE) {
     socket.transfer = transfer;
+    transfer->noteSocket(descriptor);
+    idle_.erase(descriptor);
   }
   refresh(descriptor, socket);
   if (socket.transfer != nullptr) {
@@ -138,38 +152,48 @@ void HTTPEngine::watch(int descriptor, int wanted, HTTPTransfer* transfer) {
   }
 }
 
+bool HTTPEngine::wantsReading(const Socket& socket) {
+  return socket.reads || (socket.transfer != nullptr && socket.transfer->looksAhead());
+}
+
+bool HTTPEngine::wantsWriting(const Socket& socket) {
+  return socket.writes && (socket.transfer == nullptr || !socket.transfer->holdsWriting());
+}
+
 void HTTPEngine::refresh(int descriptor, Socket& socket) {
-  const bool looks = socket.transfer != nullptr && socket.transfer->looksAhead();
-  const bool holds = socket.transfer != nullptr && socket.transfer->holdsWriting();
-  const bool reads = socket.reads || looks;
-  const bool writes = socket.writes && !holds;
-  if (!reads && !writes) {
-    socket.watch.reset();
-    return;
-  }
-  if (socket.watch == nullptr) {
+  const bool writes = wantsWriting(socket);
+  socket.isHeard = socket.isHeard || wantsReading(socket);
+  if (socket.watch == nullptr && (socket.isHeard || writes)) {
     const auto ready = [this, descriptor](bool readable, bool writable) {
       socketIsReady(descriptor, readable, writable);
     };
     socket.watch = std::make_unique<Watch>(loop_, descriptor, ready);
   }
-  socket.watch->setInterest(reads, writes);
-}
-
-void HTTPEngine::refresh(const HTTPTransfer& transfer) {
-  for (auto& [descriptor, socket] : sockets_) {
-    if (socket.transfer == &transfer) {
-      refresh(descriptor, socket);
-    }
+  if (socket.watch != nullptr) {
+    socket.watch->setInterest(socket.isHeard, writes);
   }
 }
 
+void HTTPEngine::refresh(const HTTPTransfer& transfer) {
+  eachSocketOf(transfer,
+               [this](const auto& entry) { refresh(entry.first, sockets_.at(entry.first)); });
+}
+
 void HTTPEngine::socketIsReady(int descriptor, bool readable, bool writable) {
-  auto* const transfer = sockets_.at(descriptor).transfer;
-  if (transfer != nullptr) {
+  auto& heard = sockets_.at(descriptor);
+  if (readable && !wantsReading(heard)) {
+    heard.isHeard = false;
+    refresh(descriptor, heard);
+    readable = false;
+  }
+  auto* const transfer = heard.transfer;
+  if (transfer != nullptr && (readable || writable)) {
     const auto keep = transfer->client().shared_from_this();
-    keep->transferMoved();
-    if (readable && transfer->looksAhead()) {
+    const bool looks = readable && transfer->looksAhead();
+    if (!looks || writable) {
+      keep->transferMoved();
+    }
+    if (looks) {
       keep->transferIsReadable(descriptor);
     }
   }
@@ -179,9 +203,8 @@ void HTTPEngine::socketIsReady(int descriptor, bool readable, bool writable) {
     return;
   }
   const auto& socket = found->second;
-  const bool holds = transfer != nullptr && transfer->holdsWriting();
   const int events = (readable && socket.reads ? CURL_CSELECT_IN : 0) |
-                     (writable && socket.writes && !holds ? CURL_CSELECT_OUT : 0);
+                     (writable && wantsWriting(socket) ? CURL_CSELECT_OUT : 0);
   if (events != 0) {
     act(descriptor, events);
   }
@@ -198,14 +221,15 @@ void HTTPEngine::act(int descriptor, int events) {
 
 void HTTPEngine::nudge(const HTTPTransfer& transfer, int direction) {
   const bool reads = direction == CURL_POLL_IN;
-  const auto isIt = [&](const auto& entry) {
-    return entry.second.transfer == &transfer && (reads ? entry.second.reads : entry.second.writes);
-  };
-  const auto found = std::find_if(sockets_.begin(), sockets_.end(), isIt);
-  if (found != sockets_.end()) {
+  std::optional<int> ready;
+  eachSocketOf(transfer, [&](const auto& entry) {
+    if (reads ? entry.second.reads : entry.second.writes) {
+      ready = entry.first;
+    }
+  });
+  if (ready) {
     int running = 0;
-    curl_multi_socket_action(multi_, found->first, reads ? CURL_CSELECT_IN : CURL_CSELECT_OUT,
-                             &running);
+    curl_multi_socket_action(multi_, *ready, reads ? CURL_CSELECT_IN : CURL_CSELECT_OUT, &running);
     collectEnded();
   }
 }
@@ -222,13 +246,19 @@ void HTTPEngine::collectEnded() {
 }
 
 void HTTPEngine::touch(HTTPTransferClient& client) {
-  if (!isActing_ && !std::exchange(isSettleScheduled_, true)) {
+  if (!isActing_) {
+    settleSoon();
+  }
+  touched_.push_back(client.weak_from_this());
+}
+
+void HTTPEngine::settleSoon() {
+  if (!std::exchange(isSettleScheduled_, true)) {
     loop_.internals().callSoon([this] {
       isSettleScheduled_ = false;
       settle();
     });
   }
-  touched_.push_back(client.weak_from_this());
 }
 
 void HTTPEngine::settle() {
@@ -238,25 +268,36 @@ void HTTPEngine::settle() {
     const auto client = touched_.front().lock();
     touched_.pop_front();
     if (client != nullptr) {
-      client->settle();
+      settle(*client);
     }
+  }
+}
+
+void HTTPEngine::settle(HTTPTransferClient& client) {
+  try {
+    client.settle();
+  } catch (...) {
+    // Of a delegate's. It leaves the turn; the client and those behind it go on in the next.
+    touch(client);
+    settleSoon();
+    throw;
   }
 }
 
 bool HTTPEngine::isWriting(const HTTPTransfer& transfer) const {
-  return std::any_of(sockets_.begin(), sockets_.end(), [&transfer](const auto& entry) {
-    return entry.second.transfer == &transfer && entry.second.writes;
-  });
+  bool writes = false;
+  eachSocketOf(transfer, [&](const auto& entry) { writes = writes || entry.second.writes; });
+  return writes;
 }
 
 std::size_t HTTPEngine::octetsInFlight(const HTTPTransfer& transfer) const {
   std::size_t sum = 0;
-  for (const auto& [descriptor, socket] : sockets_) {
+  eachSocketOf(transfer, [&sum](const auto& entry) {
     int count = 0;
-    if (socket.transfer == &transfer && ioctl(descriptor, SIOCOUTQ, &count) == 0 && count > 0) {
+    if (ioctl(entry.first, SIOCOUTQ, &count) == 0 && count > 0) {
       sum += static_cast<std::size_t>(count);
     }
-  }
+  });
   return sum;
 }
 

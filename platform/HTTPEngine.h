@@ -67,16 +67,26 @@ class HTTPEngine {
     std::unique_ptr<Watch> watch;
     bool reads = false;
     bool writes = false;
+    /// Whether the watch asks for reading. It goes on after the reading is done, until something
+    /// comes that nobody wants: nearly always the next exchange wants it again, and asking the
+    /// system costs as much as all else.
+    bool isHeard = false;
     /// Null while the connection is kept alive for the next transfer.
     HTTPTransfer* transfer = nullptr;
   };
   struct Callbacks;
 
   void watch(int descriptor, int wanted, HTTPTransfer* transfer);
+  template <typename Function>
+  void eachSocketOf(const HTTPTransfer& transfer, Function function) const;
   void refresh(int descriptor, Socket& socket);
+  [[nodiscard]] static bool wantsReading(const Socket& socket);
+  [[nodiscard]] static bool wantsWriting(const Socket& socket);
   void socketIsReady(int descriptor, bool readable, bool writable);
   void act(int descriptor, int events);
   void settle();
+  void settle(HTTPTransferClient& client);
+  void settleSoon();
   void collectEnded();
   void closeSpoiledConnections();
 
@@ -85,6 +95,8 @@ class HTTPEngine {
   Timer timer_;
   /// All that libcurl has open.
   std::map<int, Socket> sockets_;
+  /// Those of them that are kept alive for the next transfer.
+  std::set<int> idle_;
   std::set<HTTPEngineMember*> members_;
   std::deque<std::weak_ptr<HTTPTransferClient>> touched_;
   /// libcurl is at work, and `settle` will follow.

@@ -13,7 +13,7 @@ using std::chrono::milliseconds;
 
 namespace {
 
-// How long to leave a stream alone that has nothing to give: streams cannot tell when they have.
+// How long to leave a stream alone that has nothing to give, and will not tell when it has.
 constexpr milliseconds kDrySourcePause(20);
 // How long to leave an answer alone of which only the first octets are there.
 constexpr milliseconds kLookPause(10);
@@ -31,6 +31,18 @@ std::string resolvedEntry(const HTTPTarget& target, const HostAddresses& found) 
   }
   return entry;
 }
+
+/// Holds a flag, also when a delegate raises.
+class FlagScope {
+ public:
+  explicit FlagScope(bool& flag) : flag_(flag) { flag_ = true; }
+  FlagScope(const FlagScope&) = delete;
+  FlagScope& operator=(const FlagScope&) = delete;
+  ~FlagScope() { flag_ = false; }
+
+ private:
+  bool& flag_;
+};
 
 }  // namespace
 
@@ -144,6 +156,7 @@ void HTTPExchange::transferConnected() {
   stage_ = HTTPStage::exchanging;
   isSending_ = plan_.body != nullptr || plan_.isStreamed;
   isFirstLookDue_ = isSending_;
+  octetsSeen_ = 0;
   wantsBody_ = isSending_;
   isSourceUsedUp_ = false;
   salvage_.reset();  // of a connection that libcurl has replaced by this one
@@ -188,7 +201,7 @@ void HTTPExchange::transferMoved() {
 }
 
 void HTTPExchange::settle() {
-  if (hasEnded()) {
+  if (hasEnded() || isTellingOfHead_) {
     return;
   }
   if (isSending_ && !result_.has_value()) {
@@ -217,7 +230,7 @@ void HTTPExchange::driveBody() {
 }
 
 void HTTPExchange::feed() {
-  if (!isSending_ || isSourceUsedUp_) {
+  if (hasEnded() || !isSending_ || isSourceUsedUp_) {
     return;
   }
   const auto keep = shared_from_this();
@@ -230,12 +243,26 @@ void HTTPExchange::feed() {
     fail(httpError(HTTPErrorCode::bodyStreamFailed, "the document could not be read",
                    source->error()));
   } else if (wantsBody_ && state == HTTPBodySource::State::dry) {
-    idleClock_->suspend();
-    drySourceTimer_->start(kDrySourcePause);
+    if (!transfer_->holdsWriting()) {
+      idleClock_->suspend();
+    }
+    waitForSource(*source);
   } else if (wantsBody_) {
     idleClock_->resume();
     wantsBody_ = false;
     transfer_->resumeSending();
+  }
+}
+
+void HTTPExchange::waitForSource(HTTPBodySource& source) {
+  const auto ready = [weak = weak_from_this()] {
+    if (const auto client = weak.lock()) {
+      static_cast<HTTPExchange&>(*client).feed();
+    }
+  };
+  const bool tells = source.callWhenReady(engine_->loop(), ready);
+  if (!tells && !hasEnded()) {
+    drySourceTimer_->start(kDrySourcePause);
   }
 }
 
@@ -259,13 +286,20 @@ void HTTPExchange::lookLater() {
 }
 
 void HTTPExchange::transferIsReadable(int socket) {
-  std::size_t interimOctets = 0;
-  const auto answer = lookForEarlyAnswer(socket, interimOctets);
-  if (!head_.count(interimOctets)) {
+  const auto look = lookForEarlyAnswer(socket);
+  if (!head_.count(look.interimOctets)) {
     transferEnded({false, HTTPErrorCode::badServerResponse, kHeadTooLong});
     engine_->touch(*this);
     return;
   }
+  // What was there at the last look is no traffic.
+  if (std::exchange(octetsSeen_, look.octets - look.interimOctets) != look.octets) {
+    transferMoved();
+  }
+  actOn(look.answer);
+}
+
+void HTTPExchange::actOn(HTTPEarlyAnswer answer) {
   switch (answer) {
     case HTTPEarlyAnswer::nothing:
       break;
@@ -274,6 +308,7 @@ void HTTPExchange::transferIsReadable(int socket) {
       break;
     case HTTPEarlyAnswer::refusalBeginning:
       transfer_->setHoldsWriting(true);
+      idleClock_->resume();  // from now on it is the server that is waited for
       lookLater();
       break;
     case HTTPEarlyAnswer::refusal:
@@ -334,6 +369,7 @@ void HTTPExchange::tellOfHead(const HTTPResponse& response) {
 
 void HTTPExchange::deliver() {
   if (const auto response = head_.takeResponse()) {
+    const FlagScope telling(isTellingOfHead_);
     tellOfHead(*response);
   }
   if (!body_.empty()) {
@@ -401,10 +437,12 @@ bool HTTPExchange::salvageRefusal() {
       !salvage_->readRefusal(head_, body_, request_.maximumBodyLength)) {
     return false;
   }
-  deliver();
-  if (!hasEnded()) {
-    finish();
-  }
+  // To be told as every other outcome, of which nothing is lost when a delegate raises.
+  isSending_ = false;
+  wantsBody_ = false;
+  isRefused_ = true;
+  result_.emplace().isComplete = true;
+  engine_->touch(*this);
   return true;
 }
 

@@ -9,6 +9,7 @@
 
 #include "platen/HTTP.h"
 #include "platform/HTTPBodySource.h"
+#include "platform/HTTPEarlyAnswer.h"
 #include "platform/HTTPEngine.h"
 #include "platform/HTTPFailure.h"
 #include "platform/HTTPHead.h"
@@ -63,10 +64,12 @@ class HTTPExchange final : public HTTPTransferClient, public HTTPEngineMember {
 
   void driveBody();
   void feed();
+  void waitForSource(HTTPBodySource& source);
   void lookLater();
   void stopSending();
   void letReceive();
 
+  void actOn(HTTPEarlyAnswer answer);
   void tellOfHead(const HTTPResponse& response);
   void deliver();
   void conclude(const HTTPTransferResult& result);
@@ -107,6 +110,10 @@ class HTTPExchange final : public HTTPTransferClient, public HTTPEngineMember {
   bool isSourceUsedUp_ = false;
   bool isRefused_ = false;
   bool hasTriedAgain_ = false;
+  /// What comes next is not told before that has been.
+  bool isTellingOfHead_ = false;
+  /// What was there when an early answer was last looked for.
+  std::size_t octetsSeen_ = 0;
   /// Why the exchange itself ended the transfer.
   std::optional<HTTPErrorCode> ownCode_;
 

@@ -22,10 +22,7 @@ namespace platen::inline v0 {
 
 namespace {
 
-HTTPEarlyAnswer judge(int socket) {
-  std::size_t interimOctets = 0;
-  return lookForEarlyAnswer(socket, interimOctets);
-}
+HTTPEarlyAnswer judge(int socket) { return lookForEarlyAnswer(socket).answer; }
 
 /// All that has arrived. The peer has closed or reset the connection, so nothing more can.
 std::string readAll(int socket, std::size_t limit) {

@@ -11,6 +11,7 @@
 #include <new>
 #include <utility>
 
+#include "platform/HTTPBodySource.h"
 #include "platform/HTTPEngine.h"
 
 namespace platen::inline v0 {
@@ -18,6 +19,9 @@ namespace platen::inline v0 {
 namespace {
 
 constexpr const char* kUserAgent = "platen/0.1";
+// What libcurl keeps free in its buffer for the frame of a chunk. With a buffer of less than a
+// piece and this, each piece would end in a chunk of a few octets, with a system call of its own.
+constexpr long kChunkFrame = 12;
 
 template <typename Value>
 void set(CURL* easy, CURLoption option, Value value) {
@@ -223,6 +227,13 @@ void HTTPTransfer::configureCallbacks() {
   if (plan_.isStreamed) {
     set(easy_, CURLOPT_READFUNCTION, Callbacks::read);
     set(easy_, CURLOPT_READDATA, this);
+    set(easy_, CURLOPT_UPLOAD_BUFFERSIZE, long{kHTTPPieceLength} + kChunkFrame);
+  }
+}
+
+void HTTPTransfer::noteSocket(int descriptor) {
+  if (std::find(sockets_.begin(), sockets_.end(), descriptor) == sockets_.end()) {
+    sockets_.push_back(descriptor);
   }
 }
 

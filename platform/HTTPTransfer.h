@@ -104,6 +104,10 @@ class HTTPTransfer {
   [[nodiscard]] bool looksAhead() const { return looksAhead_; }
   [[nodiscard]] bool holdsWriting() const { return holdsWriting_; }
   [[nodiscard]] HTTPTransferClient& client() { return client_; }
+  /// The sockets that were the transfer's at some time: one, or several while a host with more than
+  /// one address is being connected to.
+  [[nodiscard]] const std::vector<int>& sockets() const { return sockets_; }
+  void noteSocket(int descriptor);
 
   /// What libcurl's result code means.
   [[nodiscard]] HTTPTransferResult result(int code) const;
@@ -131,6 +135,7 @@ class HTTPTransfer {
   void* headers_ = nullptr;
   void* resolved_ = nullptr;
   std::unique_ptr<char[]> reason_;
+  std::vector<int> sockets_;
   bool isReceivingPaused_ = false;
   bool isSendingPaused_ = false;
   bool looksAhead_ = false;

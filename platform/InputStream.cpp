@@ -13,6 +13,7 @@
 #include "platen/Stream.h"
 #include "platform/ConcreteStream.h"
 #include "platform/FileDescriptor.h"
+#include "platform/StreamSchedule.h"
 
 namespace platen::inline v0 {
 
@@ -85,6 +86,7 @@ class DescriptorInputStream : public ConcreteStream<InputStream> {
     if (count == 0) {
       noteEnd();
     }
+    schedule_.rearm();
     return count;
   }
 
@@ -92,14 +94,23 @@ class DescriptorInputStream : public ConcreteStream<InputStream> {
     return isOpen() && descriptor_.isReady(POLLIN);
   }
 
+  bool scheduleInRunLoop(RunLoop& loop, std::string_view) final {
+    return isOpen() && schedule_.add(loop, descriptor_.number());
+  }
+  void removeFromRunLoop(RunLoop& loop, std::string_view) final { schedule_.remove(loop); }
+
  protected:
   int closeResource() final {
+    schedule_.clear();
     // Whatever closing finds wrong, all that was wanted has been read.
     descriptor_.release();
     return 0;
   }
 
   FileDescriptor descriptor_;
+
+ private:
+  StreamSchedule schedule_{*this};
 };
 
 class FileInputStream final : public DescriptorInputStream {

@@ -112,7 +112,12 @@ bool RunLoop::runUntil(Clock::time_point deadline) {
   const Counted running(private_->runsInProgress_);
   do {
     const Clock::duration left = deadline - std::min(deadline, Clock::now());
-    runOnce(std::chrono::ceil<milliseconds>(std::min<Clock::duration>(left, kLongestWait)));
+    try {
+      runOnce(std::chrono::ceil<milliseconds>(std::min<Clock::duration>(left, kLongestWait)));
+    } catch (...) {
+      private_->stopRequested_ = false;  // it meant this run, which ends here
+      throw;
+    }
     if (std::exchange(private_->stopRequested_, false)) {
       return true;
     }

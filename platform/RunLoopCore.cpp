@@ -187,6 +187,7 @@ struct WatchState final : Source {
   void apply();
   void note(bool becameReadable, bool becameWritable);
   void fire();
+  void goOn();
 
   uv_poll_t handle{};
   Watch::Callback callback;
@@ -225,7 +226,16 @@ void WatchState::fire() {
   if (core == nullptr || (!readable && !writable)) {
     return;
   }
-  callback(readable, writable);
+  try {
+    callback(readable, writable);
+  } catch (...) {
+    goOn();
+    throw;
+  }
+  goOn();
+}
+
+void WatchState::goOn() {
   // On an error libuv has stopped by itself.
   if (core != nullptr && uv_is_active(reinterpret_cast<uv_handle_t*>(&handle)) == 0) {
     apply();

@@ -29,8 +29,7 @@ bool Stream::setPropertyForKey(std::string_view property, std::string_view key) 
   return true;
 }
 
-// The streams of this library raise no events, so there is nothing to schedule; see the header.
-void Stream::scheduleInRunLoop(RunLoop&, std::string_view) {}
+bool Stream::scheduleInRunLoop(RunLoop&, std::string_view) { return false; }
 void Stream::removeFromRunLoop(RunLoop&, std::string_view) {}
 
 }  // namespace platen::inline v0

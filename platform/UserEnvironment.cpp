@@ -113,9 +113,13 @@ std::string identifierOf(std::string_view locale) {
 }  // namespace
 
 std::string loginName() {
-  auto entry = currentUserEntry();
-  if (entry && !entry->name.empty()) return std::move(entry->name);
-  return std::to_string(geteuid());
+  // Asked for each request: reading the user database would cost more than making all the rest.
+  thread_local std::optional<std::pair<uid_t, std::string>> known;
+  if (const uid_t user = geteuid(); !known || known->first != user) {
+    auto entry = currentUserEntry();
+    known.emplace(user, entry && !entry->name.empty() ? entry->name : std::to_string(user));
+  }
+  return known->second;
 }
 
 std::string homeDirectory() {

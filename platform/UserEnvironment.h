@@ -14,7 +14,7 @@
 namespace platen::inline v0 {
 
 /// The login name of the effective user, as the user database has it; without an entry there, the
-/// user's number in decimal. Never empty.
+/// user's number in decimal. Never empty. Looked up once for each user that a thread has been.
 std::string loginName();
 
 /// The user's home directory: HOME where it is an absolute path, else what the user database says,

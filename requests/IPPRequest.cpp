@@ -4,16 +4,24 @@
 #include <algorithm>
 #include <cctype>
 
+#include "platen/HTTP.h"
+#include "platen/IPPCodableClass.h"
 #include "platen/IPPConstants.h"
+#include "platform/KeyValueProperties.h"
 #include "platform/UserEnvironment.h"
 #include "requests/OperationTable.h"
 
 namespace platen::inline v0 {
 
-IPPRequest::IPPRequest() : IPPMessage(0, 0), timeoutInterval_(kDefaultTimeout) {}
+IPPRequest::IPPRequest()
+    : IPPMessage(0, 0),
+      timeoutInterval_(kDefaultTimeout),
+      maximumResponseLength_(kHTTPDefaultMaximumBodyLength) {}
 
 IPPRequest::IPPRequest(std::int32_t operationId)
-    : IPPMessage(operationId, 1), timeoutInterval_(kDefaultTimeout) {
+    : IPPMessage(operationId, 1),
+      timeoutInterval_(kDefaultTimeout),
+      maximumResponseLength_(kHTTPDefaultMaximumBodyLength) {
   addDefaultRequestAttributes();
 }
 
@@ -91,13 +99,22 @@ std::string IPPRequest::description() const {
   return std::string(ippOperationCodename()) + " = " + IPPMessage::description();
 }
 
-std::string_view IPPRequest::className() const noexcept { return "IPPRequest"; }
+namespace {
+constinit const IPPCodableClass kCodableClass("IPPRequest",
+                                              [](IPPCoder& coder) -> IPPCoder::Object {
+                                                return IPPRequest::initWithCoder(coder);
+                                              });
+const IPPCodableRegistration registration(kCodableClass);
+}  // namespace
+
+std::string_view IPPRequest::className() const noexcept { return kCodableClass.className(); }
 
 std::shared_ptr<IPPMessage> IPPRequest::makeEmptyCopy() const {
   auto copy = std::make_shared<IPPRequest>(ReadingKey());
   copy->lookedUp_ = {operationGroup_ != nullptr, subscriptionGroup_ != nullptr,
                      jobGroup_ != nullptr};
   copy->timeoutInterval_ = timeoutInterval_;
+  copy->maximumResponseLength_ = maximumResponseLength_;
   return copy;
 }
 
@@ -108,6 +125,36 @@ void IPPRequest::awakeAfterReading() {
   subscriptionGroup_ = lookedUp_.subscription ? IPPMessage::subscriptionGroup() : nullptr;
   const Groups jobs = lookedUp_.job ? jobGroups() : Groups();
   jobGroup_ = jobs.empty() ? nullptr : jobs.front();
+}
+
+namespace {
+
+constexpr KeyValueProperty<KeyValueAccess> kProperties[] = {
+    property<&IPPRequest::jobURI>("jobURI"),
+    property<&IPPRequest::subscriptionId>("subscriptionId"),
+    property<&IPPRequest::notifyEvents>("notifyEvents"),
+    property<&IPPRequest::printerURI>("printerURI"),
+    property<&IPPRequest::deviceURI>("deviceURI"),
+    property<&IPPRequest::printerIsAcceptingJobs>("printerIsAcceptingJobs"),
+    property<&IPPRequest::printerInfo>("printerInfo"),
+    property<&IPPRequest::printerLocation>("printerLocation"),
+    property<&IPPRequest::printerState>("printerState"),
+    property<&IPPRequest::printerStateMessage>("printerStateMessage"),
+    property<&IPPRequest::allowedUserNames>("allowedUserNames"),
+    property<&IPPRequest::deniedUserNames>("deniedUserNames"),
+    property<&IPPRequest::ippOperationId>("ippOperationId"),
+    property<&IPPRequest::ippOperationCodename>("ippOperationCodename"),
+    property<&IPPRequest::currentLanguageTag>("currentLanguageTag"),
+    property<&IPPRequest::isInProgress>("isInProgress"),
+    property<&IPPRequest::timeoutInterval>("timeoutInterval"),
+    property<&IPPRequest::maximumResponseLength>("maximumResponseLength"),
+};
+
+}  // namespace
+
+const KeyValueProperties& IPPRequest::_keyValueProperties() const noexcept {
+  static const KeyValueProperties properties{&IPPMessage::_keyValueProperties(), kProperties};
+  return properties;
 }
 
 }  // namespace platen::inline v0

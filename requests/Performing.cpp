@@ -10,6 +10,11 @@ std::shared_ptr<IPPResponse> IPPRequest::performOn(const URL& target,
   return performOn(target, nullptr, nullptr, error);
 }
 
+std::shared_ptr<IPPResponse> IPPRequest::performOn(const URL& target, std::nullptr_t,
+                                                   std::shared_ptr<const Error>* error) {
+  return performOn(target, nullptr, nullptr, error);
+}
+
 std::shared_ptr<IPPResponse> IPPRequest::performOn(const URL& target,
                                                    const std::shared_ptr<InputStream>& dataStream,
                                                    std::shared_ptr<const Error>* error) {

@@ -31,7 +31,7 @@ void IPPRequest::sendTo(const URL& target) {
   if (requestHandler_ != nullptr || isStarting_) {
     return;
   }
-  const auto self = shared_from_this();
+  const auto self = std::static_pointer_cast<IPPRequest>(shared_from_this());
   isCancelledWhileStarting_ = false;
   {
     const StartingScope scope(isStarting_);
@@ -91,9 +91,9 @@ void IPPRequest::responseDidReceiveDataStream(const std::shared_ptr<IPPResponse>
   }
 }
 
-std::optional<std::string> IPPRequest::valueForKey(std::string_view key) const {
-  return key == "ippOperationCodename" ? std::optional(std::string(ippOperationCodename()))
-                                       : std::nullopt;
+// Both bases ask by this name; it is the message that answers.
+KeyValue IPPRequest::valueForKey(std::string_view key) const {
+  return IPPMessage::valueForKey(key);
 }
 
 }  // namespace platen::inline v0

@@ -5,12 +5,26 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "platen/IPPArray.h"
 #include "platen/IPPConstants.h"
+#include "platen/IPPMap.h"
 #include "platen/IPPResponse.h"
+#include "platen/IPPStringValue.h"
 
 namespace platen::inline v0 {
 
 namespace {
+
+// False for values whose raw objects are costly to make, and of another kind than `value`.
+bool mayBe(const IPPValue& held, const RawValue& value) {
+  if (dynamic_cast<const IPPArray*>(&held) != nullptr) {
+    return value.isArray();
+  }
+  if (dynamic_cast<const IPPMap*>(&held) != nullptr) {
+    return value.isDictionary();
+  }
+  return value.isURL() || dynamic_cast<const IPPUri*>(&held) == nullptr;
+}
 
 std::string describeStatus(const IPPResponse& response) {
   if (const auto name = response.statusDescription()) {
@@ -82,8 +96,12 @@ std::vector<std::string> IPPResponse::_allAttributeNamesFromGroupsNamed(
 
 std::optional<IPPMessage::Attributes> IPPResponse::_attributesForGroup(
     std::string_view groupName, const RawValue& value) const {
+  if (value.isAbsent()) {  // which an empty text has too, and nobody means that
+    return std::nullopt;
+  }
   const auto holdsValue = [&](const std::shared_ptr<IPPAttribute>& attribute) {
-    return attribute->ippValue() != nullptr && attribute->ippValue()->value() == value;
+    const auto& held = attribute->ippValue();
+    return held != nullptr && mayBe(*held, value) && held->value() == value;
   };
   for (const Group& group : ippGroupsWithName(groupName)) {
     if (std::any_of(group->attributes().begin(), group->attributes().end(), holdsValue)) {

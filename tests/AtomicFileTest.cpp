@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -111,6 +112,7 @@ TEST_F(AtomicFile, IsNeverSeenInPart) {
 
 TEST_F(AtomicFile, FailsWithoutItsDirectory) {
   EXPECT_FALSE(write(path("missing/file"), "text"));
+  EXPECT_EQ(errno, ENOENT);
   EXPECT_FALSE(write("", "text"));
   EXPECT_TRUE(names().empty());
 }
@@ -118,8 +120,21 @@ TEST_F(AtomicFile, FailsWithoutItsDirectory) {
 TEST_F(AtomicFile, LeavesADirectoryAsItIs) {
   fs::create_directory(path());
   EXPECT_FALSE(write(path(), "text"));
+  EXPECT_EQ(errno, EISDIR);
   EXPECT_EQ(names(), std::set<std::string>{"file"});
   EXPECT_TRUE(fs::is_directory(path()));
+}
+
+TEST_F(AtomicFile, LeavesWhatIsNoRegularFileAsItIs) {
+  ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+  fs::create_symlink("pipe", path("link"));
+  for (const char* const name : {"pipe", "link"}) {
+    EXPECT_FALSE(write(path(name), "text")) << name;
+    EXPECT_EQ(errno, EINVAL) << name;
+  }
+  EXPECT_TRUE(fs::is_fifo(path("pipe")));
+  EXPECT_TRUE(fs::is_symlink(path("link")));
+  EXPECT_EQ(names(), (std::set<std::string>{"link", "pipe"}));
 }
 
 TEST_F(AtomicFile, ChangesNothingWhenThereIsNoSpace) {
@@ -131,9 +146,11 @@ TEST_F(AtomicFile, ChangesNothingWhenThereIsNoSpace) {
   small.rlim_cur = 1000;
   ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
   const bool isWritten = write(path(), std::string(2000, 'x'));
+  const int reason = errno;
   setrlimit(RLIMIT_FSIZE, &before);
   std::signal(SIGXFSZ, handler);
   EXPECT_FALSE(isWritten);
+  EXPECT_EQ(reason, EFBIG);
   EXPECT_EQ(read(path()), "old");
   EXPECT_EQ(names(), std::set<std::string>{"file"});
 }

@@ -20,6 +20,8 @@
 #include "platen/IPPBytesReader.h"
 #include "platen/IPPMessage.h"
 #include "platen/IPPUnarchiver.h"
+#include "tests/support/Archives.h"
+#include "tests/support/KeyValuePrinting.h"
 #include "tests/support/MessageText.h"
 #include "tests/support/Octets.h"
 
@@ -122,6 +124,61 @@ TEST_P(Corpus, DecodesAgainFromWhatWasWritten) {
   ASSERT_NE(again, nullptr);
   EXPECT_EQ(again->isEqual(*decoded.message), lossOf(GetParam()) != Loss::kAfterZero);
   EXPECT_EQ(test::hex(again->dataRepresentation()), test::hex(written));
+}
+
+TEST_P(Corpus, ComesBackFromAnArchive) {
+  const Decoded decoded = decode(GetParam());
+  ASSERT_NE(decoded.message, nullptr);
+  for (const IPPArchiveFormat format : test::kArchiveFormats) {
+    const Data archive = test::archived(*decoded.message, format);
+    const auto back = test::unarchived<IPPMessage>(archive);
+    ASSERT_NE(back, nullptr) << test::refusal(archive);
+    EXPECT_TRUE(back->isEqual(*decoded.message));
+    EXPECT_EQ(test::messageText(*back, 0), test::messageText(*decoded.message, 0));
+    EXPECT_EQ(test::hex(back->dataRepresentation()),
+              test::hex(decoded.message->dataRepresentation()));
+  }
+}
+
+// What a path through all attributes gives where the look-ups give nothing.
+KeyValue nullForAbsent(const RawValue::Array& values) {
+  KeyValue::Array list;
+  for (const RawValue& value : values) {
+    list.push_back(value.isAbsent() ? KeyValue(Null()) : KeyValue(value));
+  }
+  return list;
+}
+
+TEST_P(Corpus, IsReachedByKeyPathsAsByLookUps) {
+  const auto message = decode(GetParam()).message;
+  ASSERT_NE(message, nullptr);
+  EXPECT_EQ(message->valueForKeyPath("@all.*"), KeyValue(message->attributesForKey("*")));
+  EXPECT_EQ(message->valueForKeyPath("@all.*.ippValue.value"),
+            nullForAbsent(message->attributeValuesForKey("*")));
+  for (const auto& attribute : message->attributesForKey("*")) {
+    const std::string name(attribute->name().value_or(""));
+    EXPECT_EQ(message->valueForKeyPath(name + ".ippValue.value"),
+              KeyValue(message->attributeValueForKey(name)))
+        << name;
+  }
+}
+
+TEST(CorpusDirectory, HasAPrinterWhoseMediaAreReachedByPath) {
+  const std::vector<fs::path> paths = captures();
+  const auto printer = std::find_if(paths.begin(), paths.end(), [](const fs::path& path) {
+    return path.stem() == "ippeveprinter-get-printer-attributes";
+  });
+  if (printer == paths.end()) GTEST_SKIP() << kNoCorpus;
+  const auto message = decode(*printer).message;
+  ASSERT_NE(message, nullptr);
+  const std::string media = "media-col-default.ippValue.value.";
+  EXPECT_EQ(message->valueForKeyPath("printer-name.ippValue.value"), KeyValue("Lab Printer"));
+  EXPECT_EQ(message->valueForKeyPath(media + "media-type"), KeyValue("stationery"));
+  EXPECT_EQ(message->valueForKeyPath(media + "media-size.x-dimension"), KeyValue(21590));
+  EXPECT_EQ(message->valueForKeyPath("@default.media.ippValue.value"),
+            KeyValue(KeyValue::Array{"na_letter_8.5x11in"}));
+  EXPECT_EQ(message->valueForKeyPath("@supported.media.ippValue.size"),
+            KeyValue(KeyValue::Array{11}));
 }
 
 std::string testName(const testing::TestParamInfo<fs::path>& capture) {

@@ -133,8 +133,7 @@ TEST(GroupDecoding, MakesASetOfCollections) {
         "group 04\n04\t\"a\"\t34:{\"m\"=21:1}\t34:{\"m\"=21:2}\n"}});
 }
 
-// --- Values that read nothing
-// ---------------------------------------------------------------------
+// --- Values that read nothing --------------------------------------------------------------------
 
 TEST(GroupDecoding, GetsPastTheLengthOfAnOutOfBandValueAsTwoTagsOfZero) {
   expectDecodings({{"05 10 <'sides'> <> 13 <'a'> <> 15 <'b'> <> 17 <'c'> <> 12 <'d'> <> 03",
@@ -271,8 +270,7 @@ TEST(GroupDecoding, NotesEveryTagThatItReads) {
   EXPECT_FALSE(coder->isAtEnd());
 }
 
-// --- Truncation
-// -----------------------------------------------------------------------------------
+// --- Truncation ----------------------------------------------------------------------------------
 
 const std::vector<std::string>& wholeMessages() {
   static const std::vector<std::string> messages = {
@@ -331,8 +329,7 @@ TEST(GroupDecoding, SurvivesEveryChangeOfOneOctet) {
   EXPECT_GT(decoded, 100U);
 }
 
-// --- Depth and size
-// -------------------------------------------------------------------------------
+// --- Depth and size ------------------------------------------------------------------------------
 
 /// A message with collections nested `depth` deep.
 Data nestedCollections(std::size_t depth) {

@@ -59,20 +59,35 @@ TEST(HTTPEarlyAnswer, IsJudgedByItsFirstOctets) {
 TEST(HTTPEarlyAnswer, TakesNothingButInterimHeadsFromTheSocket) {
   std::array<int, 2> ends{};
   ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()), 0);
-  std::size_t interim = 0;
-  EXPECT_EQ(lookForEarlyAnswer(ends[0], interim), HTTPEarlyAnswer::nothing);
+  EXPECT_EQ(lookForEarlyAnswer(ends[0]).answer, HTTPEarlyAnswer::nothing);
   const auto octets = kInterim + "HTTP/1.1 413 No\r\n\r\n";
   ASSERT_EQ(write(ends[1], octets.data(), octets.size()), static_cast<ssize_t>(octets.size()));
-  EXPECT_EQ(lookForEarlyAnswer(ends[0], interim), HTTPEarlyAnswer::refusal);
-  EXPECT_EQ(interim, kInterim.size());
-  EXPECT_EQ(lookForEarlyAnswer(ends[0], interim), HTTPEarlyAnswer::refusal);
-  EXPECT_EQ(interim, kInterim.size());
+  const auto first = lookForEarlyAnswer(ends[0]);
+  EXPECT_EQ(first.answer, HTTPEarlyAnswer::refusal);
+  EXPECT_EQ(first.octets, octets.size());
+  EXPECT_EQ(first.interimOctets, kInterim.size());
+  const auto second = lookForEarlyAnswer(ends[0]);
+  EXPECT_EQ(second.answer, HTTPEarlyAnswer::refusal);
+  EXPECT_EQ(second.octets, octets.size() - kInterim.size());
+  EXPECT_EQ(second.interimOctets, 0U);
   std::array<char, 100> left{};
   EXPECT_EQ(read(ends[0], left.data(), left.size()),
             static_cast<ssize_t>(octets.size() - kInterim.size()));
   close(ends[1]);
-  EXPECT_EQ(lookForEarlyAnswer(ends[0], interim), HTTPEarlyAnswer::closed);
+  EXPECT_EQ(lookForEarlyAnswer(ends[0]).answer, HTTPEarlyAnswer::closed);
   close(ends[0]);
+}
+
+TEST(HTTPEarlyAnswer, IsNoneWhenItEndsInTheMiddle) {
+  for (const std::string octets : {"H", "HTTP/1.1 4", "HTTP/1.1 503 Busy\r\n"}) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()), 0);
+    ASSERT_EQ(write(ends[1], octets.data(), octets.size()), static_cast<ssize_t>(octets.size()));
+    EXPECT_NE(lookForEarlyAnswer(ends[0]).answer, HTTPEarlyAnswer::malformed);
+    close(ends[1]);
+    EXPECT_EQ(lookForEarlyAnswer(ends[0]).answer, HTTPEarlyAnswer::malformed);
+    close(ends[0]);
+  }
 }
 
 }  // namespace

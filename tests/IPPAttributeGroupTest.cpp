@@ -38,8 +38,7 @@ std::vector<std::string> namesOf(const IPPAttributeGroup::Attributes& attributes
   return names;
 }
 
-// --- The catalog
-// ----------------------------------------------------------------------------------
+// --- The catalog ---------------------------------------------------------------------------------
 
 /// A kind of group.
 struct Kind {
@@ -105,8 +104,7 @@ TEST(IPPAttributeGroup, KnowsWhichClassIsDerivedFromWhich) {
   EXPECT_FALSE(IPPAttributeGroup::descriptor.isKindOf(IPPJobGroup::descriptor));
 }
 
-// --- Writing
-// --------------------------------------------------------------------------------------
+// --- Writing -------------------------------------------------------------------------------------
 
 TEST(IPPAttributeGroup, WritesAnEmptyGroupAsItsTagAlone) {
   EXPECT_EQ(encodedHex(*IPPAttributeGroup::printerGroup()), "04");
@@ -176,8 +174,7 @@ TEST(IPPAttributeGroup, ReadsNothingFromASequence) {
   EXPECT_EQ(coder->decodeByte(), 1);
 }
 
-// --- Looking attributes up
-// ------------------------------------------------------------------------
+// --- Looking attributes up -----------------------------------------------------------------------
 
 TEST(IPPAttributeGroup, FindsAttributesByAPatternInTheirOrder) {
   const auto group = groupOf(IPPAttributeGroup::printerGroup(),
@@ -243,8 +240,7 @@ TEST(IPPAttributeGroup, KeepsTheLastOfSeveralNamedValuesOfOneName) {
             RawValue(RawValue::Dictionary{{"a", 2}, {"b", 1}}));
 }
 
-// --- Adding
-// ---------------------------------------------------------------------------------------
+// --- Adding --------------------------------------------------------------------------------------
 
 TEST(IPPAttributeGroup, AppendsAttributesAndNeverReplacesOne) {
   const auto group = groupOf(IPPAttributeGroup::jobGroup(), {"a"});
@@ -268,8 +264,7 @@ TEST(IPPAttributeGroup, AppendsNamedValuesInTheOrderOfTheDictionary) {
   EXPECT_EQ(groupText(*group), "group 02\n02\t\"z\"\t44:\"x\"\n02\t\"a\"\t21:1\n");
 }
 
-// --- As an object
-// ---------------------------------------------------------------------------------
+// --- As an object --------------------------------------------------------------------------------
 
 // One-sided by design: neither the tag nor the exact class is compared.
 TEST(IPPAttributeGroup, EqualsAGroupOfADerivedClassWithTheSameAttributesButNotTheOtherWayRound) {

@@ -50,8 +50,7 @@ TEST(IPPAttribute, ReadsNothingFromASequence) {
   EXPECT_EQ(coder->decodeByte(), 0x21);
 }
 
-// --- The order of the operation attributes
-// --------------------------------------------------------
+// --- The order of the operation attributes -------------------------------------------------------
 
 TEST(IPPAttribute, HasAPlaceForFiveNames) {
   const std::vector<std::pair<std::string, std::int64_t>> table = {
@@ -76,8 +75,7 @@ TEST(IPPAttribute, PutsEveryOtherNameLast) {
   EXPECT_EQ(IPPAttribute(nullptr, Text())._attributeOrder(), 9223372036854775807);
 }
 
-// --- As an object
-// ---------------------------------------------------------------------------------
+// --- As an object --------------------------------------------------------------------------------
 
 TEST(IPPAttribute, KeepsACopyOfItsName) {
   std::string name = "copies";

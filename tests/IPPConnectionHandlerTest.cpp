@@ -33,8 +33,7 @@ TEST(TransportConstants, AreTheseTexts) {
   EXPECT_EQ(IPPHTTPErrorDomain, "IPPHTTPErrorDomain");
 }
 
-// --- The URL to post to
-// ----------------------------------------------------------------------------
+// --- The URL to post to --------------------------------------------------------------------------
 
 struct Target {
   const char* target;
@@ -98,8 +97,7 @@ const Target kTargets[] = {
 
 INSTANTIATE_TEST_SUITE_P(Table, PostedURL, testing::ValuesIn(kTargets));
 
-// --- The HTTP request
-// ------------------------------------------------------------------------------
+// --- The HTTP request ----------------------------------------------------------------------------
 
 using Headers = std::vector<std::pair<std::string, std::string>>;
 
@@ -171,8 +169,7 @@ TEST(PostedRequest, IsNothingForATargetWithoutAHost) {
   EXPECT_EQ(stream->streamStatus(), StreamStatus::notOpen);
 }
 
-// --- Errors
-// ----------------------------------------------------------------------------------------
+// --- Errors --------------------------------------------------------------------------------------
 
 TEST(HTTPStatusError, IsTheIPPStatusThatStandsForIt) {
   struct Case {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -70,8 +71,7 @@ class IPPConnectionScheduled : public testing::Test {
   std::shared_ptr<IPPRequest> request = makeRequest(recorder);
 };
 
-// --- What is posted
-// -------------------------------------------------------------------------------
+// --- What is posted ------------------------------------------------------------------------------
 
 TEST_F(IPPConnectionScheduled, PostsARequestWithoutADocumentWhole) {
   ScriptedPeer peer({answering(200, makeAnswer())});
@@ -184,8 +184,7 @@ TEST_F(IPPConnectionScheduled, SendsWhatTheDelegateAddsBeforeItIsSent) {
   EXPECT_EQ(Head(peer.requests().at(0)).body, textOf(request->dataRepresentation()));
 }
 
-// --- What is made of the answer
-// -------------------------------------------------------------------
+// --- What is made of the answer ------------------------------------------------------------------
 
 TEST_F(IPPConnectionScheduled, TellsOfTheStatusAlongWithTheResponse) {
   const std::vector<std::int32_t> successes = {0x0000, 0x0001, 0x0007};
@@ -336,8 +335,7 @@ TEST_F(IPPConnectionScheduled, NeverLooksAtTheMediaType) {
   }
 }
 
-// --- What follows the response
-// --------------------------------------------------------------------
+// --- What follows the response -------------------------------------------------------------------
 
 TEST_F(IPPConnectionScheduled, WritesWhatFollowsTheResponse) {
   for (const std::size_t size : {0U, 1U, 4095U, 4096U, 4097U, 1'000'000U}) {
@@ -380,6 +378,33 @@ TEST_F(IPPConnectionScheduled, HandsOutAStreamThatFailedAllTheSame) {
   EXPECT_EQ(recorder->calls, "WDORF");
   EXPECT_EQ(recorder->filled, recorder->room);
   EXPECT_EQ(recorder->room->streamStatus(), StreamStatus::error);
+}
+
+class ThrowingOutput final : public OutputStream {
+ public:
+  void open() override { throw std::runtime_error("no room"); }
+  void close() override {}
+  [[nodiscard]] StreamStatus streamStatus() const override { return StreamStatus::notOpen; }
+  [[nodiscard]] std::shared_ptr<const Error> streamError() const override { return nullptr; }
+  std::ptrdiff_t write(const std::uint8_t*, std::size_t) override { return -1; }
+  [[nodiscard]] bool hasSpaceAvailable() const override { return false; }
+};
+
+TEST_F(IPPConnectionScheduled, TellsTheEndAlsoWhenTheStreamForTheRestThrows) {
+  ScriptedPeer peer({answering(200, makeAnswer() + "more")});
+  recorder->room = std::make_shared<ThrowingOutput>();
+  request->sendTo(targetOf(peer));
+  EXPECT_THROW(drive(*recorder), std::runtime_error);
+  EXPECT_EQ(recorder->calls, "WDORF");
+  EXPECT_EQ(recorder->filled, recorder->room);
+}
+
+TEST_F(IPPConnectionScheduled, FailsForAnAnswerThatIsLongerThanTheRequestAllows) {
+  ScriptedPeer peer({answering(200, makeAnswer())});
+  request->setMaximumResponseLength(makeAnswer().size() - 1);
+  exchange(peer);
+  EXPECT_EQ(recorder->calls, "WDO");
+  EXPECT_EQ(recorder->underlyingCode(), static_cast<int>(HTTPErrorCode::dataLengthExceedsMaximum));
 }
 
 }  // namespace

@@ -51,8 +51,7 @@ HTTPErrorCode codeOf(const std::shared_ptr<const Error>& error) {
 
 std::string text(const Data& data) { return {data.begin(), data.end()}; }
 
-// --- What is sent
-// ----------------------------------------------------------------------------------
+// --- What is sent --------------------------------------------------------------------------------
 
 TEST(BlockingExchange, SendsThisHeadAndTheWholeRequest) {
   ScriptedPeer peer({answering(200, responseOctets())});
@@ -102,8 +101,7 @@ TEST(BlockingExchange, SendsAnEmptyDocumentAsNone) {
   EXPECT_THAT(peer.requests().at(0), EndsWith(text(request->dataRepresentation())));
 }
 
-// --- What comes back
-// -------------------------------------------------------------------------------
+// --- What comes back -----------------------------------------------------------------------------
 
 TEST(BlockingExchange, ReturnsTheResponseAndClearsTheError) {
   ScriptedPeer peer({answering(200, responseOctets())});
@@ -238,8 +236,7 @@ TEST(BlockingExchange, ReadsAnAnswerInEveryFraming) {
   }
 }
 
-// --- Trailing octets
-// -------------------------------------------------------------------------------
+// --- Trailing octets -----------------------------------------------------------------------------
 
 std::string trailing(std::string_view body, int status = 200) {
   ScriptedPeer peer({answering(status, std::string(body))});
@@ -332,8 +329,7 @@ TEST(BlockingExchange, IsTheSameByTheConnectionItself) {
   EXPECT_EQ(text(*output->data()), "rest");
 }
 
-// --- No answer
-// -------------------------------------------------------------------------------------
+// --- No answer -----------------------------------------------------------------------------------
 
 void expectFailure(const Outcome& outcome, HTTPErrorCode code, std::string_view description) {
   EXPECT_EQ(outcome.response, nullptr);
@@ -408,8 +404,24 @@ TEST(BlockingExchange, FailsForABodyBeyondTheLimit) {
                     " is too long (more than 268435456 octets)");
 }
 
-// --- Time-out
-// --------------------------------------------------------------------------------------
+TEST(BlockingExchange, TakesAnswersOfTheLengthThatTheRequestAllows) {
+  const std::string answer = responseOctets();
+  ScriptedPeer peer({answering(200, answer), answering(200, answer), answering(200, answer)});
+  const auto target = targetAt(peer);
+  const auto request = requestTo(target);
+  EXPECT_EQ(request->maximumResponseLength(), kHTTPDefaultMaximumBodyLength);
+  request->setMaximumResponseLength(answer.size());
+  EXPECT_NE(request->performOn(target), nullptr);
+  std::shared_ptr<const Error> error;
+  EXPECT_NE(
+      std::static_pointer_cast<IPPRequest>(request->copy())->performOn(target, nullptr, &error),
+      nullptr);
+  request->setMaximumResponseLength(answer.size() - 1);
+  EXPECT_EQ(request->performOn(target, nullptr, &error), nullptr);
+  EXPECT_EQ(codeOf(error), HTTPErrorCode::dataLengthExceedsMaximum);
+}
+
+// --- Time-out ------------------------------------------------------------------------------------
 
 Outcome performWithin(const URL& target, double seconds) {
   const auto request = requestTo(target);

@@ -80,8 +80,7 @@ TEST(IPPMap, KeepsManyMembersInTheirOrderOfArrival) {
   EXPECT_EQ(encodedHex(*decodedValue(0x34, octets)), hexOf(octets));
 }
 
-// --- Oddities of the wire
-// -------------------------------------------------------------------------
+// --- Oddities of the wire ------------------------------------------------------------------------
 
 TEST(IPPMap, IgnoresItsLengthAndThoseOfItsEnd) {
   EXPECT_EQ(valueText(*decodedValue(0x34, "1234 4a <> <'a'> 21 <> <00000001> 37 8000 ffff")),
@@ -146,8 +145,7 @@ TEST(IPPMap, LeavesNothingBehindInTheCoderWhenItFails) {
   EXPECT_TRUE(coder->scratch().values.empty());
 }
 
-// --- As an object
-// ---------------------------------------------------------------------------------
+// --- As an object --------------------------------------------------------------------------------
 
 IPPValue::Pointer sample() {
   return IPPValue::dictionaryWithDictionary(

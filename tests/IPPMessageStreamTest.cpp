@@ -65,9 +65,10 @@ class ProbeStream final : public InputStream {
     asked.push_back(std::string(key) + " = " + std::string(property));
     return takesProperties;
   }
-  void scheduleInRunLoop(RunLoop& loop, std::string_view mode) override {
+  bool scheduleInRunLoop(RunLoop& loop, std::string_view mode) override {
     asked.push_back("schedule " + std::string(mode));
     lastLoop = &loop;
+    return mode == "default";
   }
   void removeFromRunLoop(RunLoop& loop, std::string_view mode) override {
     asked.push_back("remove " + std::string(mode));
@@ -344,11 +345,12 @@ TEST_F(IPPMessageStreamForwarding, HasThePropertiesOfTheDataStream) {
 
 TEST_F(IPPMessageStreamForwarding, IsScheduledAsTheDataStream) {
   const auto loop = RunLoop::makePrivate();
-  stream->scheduleInRunLoop(*loop, "default");
+  EXPECT_FALSE(stream->scheduleInRunLoop(*loop, "other"));
+  EXPECT_TRUE(stream->scheduleInRunLoop(*loop, "default"));
   EXPECT_EQ(std::exchange(probe->lastLoop, nullptr), loop.get());
   stream->removeFromRunLoop(*loop, "another");
   EXPECT_EQ(probe->lastLoop, loop.get());
-  EXPECT_THAT(probe->asked, ElementsAre("schedule default", "remove another"));
+  EXPECT_THAT(probe->asked, ElementsAre("schedule other", "schedule default", "remove another"));
 }
 
 }  // namespace

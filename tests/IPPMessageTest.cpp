@@ -38,8 +38,7 @@ std::shared_ptr<IPPMessage> sample() {
           groupOf(IPPAttributeGroup::jobGroup(), {"job-id"})});
 }
 
-// --- The header
-// -----------------------------------------------------------------------------------
+// --- The header ----------------------------------------------------------------------------------
 
 TEST(IPPMessage, WritesNineOctetsWithoutGroups) {
   EXPECT_EQ(encodedHex(IPPMessage(0x000b, 7)), "01 01 00 0b 00 00 00 07 03");
@@ -88,8 +87,7 @@ TEST(IPPMessage, DecidesOnEveryVersionBySixteenSignedBits) {
   }
 }
 
-// --- Sources and targets
-// --------------------------------------------------------------------------
+// --- Sources and targets -------------------------------------------------------------------------
 
 TEST(IPPMessage, IsNotMadeFromNoOctetsOrNoStream) {
   EXPECT_EQ(IPPMessage::initWithDataRepresentation({}), nullptr);
@@ -191,8 +189,7 @@ TEST(IPPMessage, FailsOnAShortWriteAndDoesNotCompleteIt) {
   EXPECT_FALSE(sample()->writeToStream(*OutputStream::toMemory()));  // which is not open
 }
 
-// --- Groups
-// ---------------------------------------------------------------------------------------
+// --- Groups --------------------------------------------------------------------------------------
 
 TEST(IPPMessage, HasNoGroupsAtFirst) {
   IPPMessage message(1, 2);
@@ -261,8 +258,7 @@ TEST(IPPMessage, FindsGroupsByAPattern) {
   EXPECT_EQ(message->ippGroupsWithName("job").size(), 0U);
 }
 
-// --- Attributes
-// -----------------------------------------------------------------------------------
+// --- Attributes ----------------------------------------------------------------------------------
 
 TEST(IPPMessage, FindsAttributesInGroupOrderAndThenAttributeOrder) {
   const auto message = sample();
@@ -306,8 +302,7 @@ TEST(IPPMessage, GivesTheNamedValuesOfEachGroupAndOfTheFirst) {
   EXPECT_EQ(RawValue(message->namedValues()), RawValue(all[0]));
 }
 
-// --- As an object
-// ---------------------------------------------------------------------------------
+// --- As an object --------------------------------------------------------------------------------
 
 /// A kind of message of an application's own.
 class OwnMessage : public IPPMessage {

@@ -264,8 +264,7 @@ TEST_F(Request, DoesNotAdoptAJobGroupThatWasAddedFromOutside) {
   EXPECT_EQ(shape(*request), "1:2 2:2 2:1");
 }
 
-// --- The groups of a request, for who derives from it
-// ----------------------------------------------
+// --- The groups of a request, for who derives from it --------------------------------------------
 
 class OpenRequest : public IPPRequest {
  public:
@@ -300,8 +299,7 @@ TEST_F(Request, IsMadeForATargetAndForTheUser) {
             head + "01\t\"printer-uri\"\t45:\"ipp://host/jobs/7\"\n" + user);
 }
 
-// --- Copies
-// ----------------------------------------------------------------------------------------
+// --- Copies --------------------------------------------------------------------------------------
 
 TEST_F(Request, CopiesTheListOfGroupsAndSharesTheGroups) {
   request->addJobAttribute(number("copies"));
@@ -354,8 +352,7 @@ TEST_F(Request, EqualsNoMessageOfAnotherClass) {
   EXPECT_FALSE(request->isEqual(IPPResponse(0x000B, 1, request->ippGroups())));
 }
 
-// --- Decoded requests
-// ------------------------------------------------------------------------------
+// --- Decoded requests ----------------------------------------------------------------------------
 
 /// The keyed archive of a message, whose groups were read already.
 class ArchivedMessage : public IPPCoder {
@@ -451,8 +448,7 @@ TEST_F(Request, IsNotMadeOfWhatDoesNotDecode) {
   EXPECT_EQ(IPPRequest::initWithFileHandle(-1), nullptr);
 }
 
-// --- Time-out
-// --------------------------------------------------------------------------------------
+// --- Time-out ------------------------------------------------------------------------------------
 
 TEST_F(Request, HasATimeoutOfSixtySecondsUntilToldOtherwise) {
   EXPECT_EQ(request->timeoutInterval(), 60.0);

@@ -26,8 +26,7 @@ class Response : public testing::Test {
   const UserLocale locale{"en_US.UTF-8"};
 };
 
-// --- Made here
-// -------------------------------------------------------------------------------------
+// --- Made here -----------------------------------------------------------------------------------
 
 TEST_F(Response, OfAStatusCodeHoldsCharsetAndTheLocaleAsItIs) {
   EXPECT_EQ(messageText(*IPPResponse::initWithStatusCode(0x0406), 0),
@@ -112,8 +111,7 @@ TEST_F(Response, ToARequestOfOurOwnSucceeds) {
   EXPECT_EQ(response->attributesLanguage(), "en-us");
 }
 
-// --- Read
-// ------------------------------------------------------------------------------------------
+// --- Read ----------------------------------------------------------------------------------------
 
 const char* const kNotFound =
     "0101 0406 0000 0001 01"

@@ -86,8 +86,7 @@ TEST(IPPStringValueWithLanguage, RefusesWhatIsNoString) {
   EXPECT_TRUE(IPPNameWithLanguage::_checkValue("a", "en"));
 }
 
-// --- Oddities of the wire
-// -------------------------------------------------------------------------
+// --- Oddities of the wire ------------------------------------------------------------------------
 
 TEST(IPPStringValueWithLanguage, ReadsATotalLengthOfZeroAsNoTextAndNoLanguage) {
   for (const std::uint8_t tag : Data{0x35, 0x36}) {
@@ -171,8 +170,7 @@ TEST(IPPStringValueWithLanguage, FailsWhenAHalfIsCutShort) {
   EXPECT_THROW(decodedValue(0x35, "0008 8000"), InconsistentArchiveException);
 }
 
-// --- Equality
-// -------------------------------------------------------------------------------------
+// --- Equality ------------------------------------------------------------------------------------
 
 TEST(IPPStringValueWithLanguage, ComparesTextAndLanguageLetterForLetter) {
   const auto value = IPPValue::text("a", "en");

@@ -102,7 +102,7 @@ TEST(IPPURI, WritesAnyJobNumberInDecimal) {
 }
 
 TEST(IPPURI, MakesNothingWithoutAServer) {
-  const IPPURI::Text none;
+  const IPPURI::OptionalText none;
   for (const Made& made :
        {IPPURI::namedServerResourceURI(none, "x"), IPPURI::namedServerURI(none),
         IPPURI::namedServerAdminURI(none), IPPURI::namedServerAdminConfURI(none),
@@ -117,7 +117,7 @@ TEST(IPPURI, MakesNothingWithoutAServer) {
 }
 
 TEST(IPPURI, MakesNothingOfAMissingNameOrNumber) {
-  const IPPURI::Text none;
+  const IPPURI::OptionalText none;
   for (const Made& made :
        {IPPURI::namedServerResourceURI("server", none), IPPURI::localServerNamedClassURI(none),
         IPPURI::namedServerNamedClassURI("server", none), IPPURI::localServerJobURI(std::nullopt),

@@ -320,8 +320,7 @@ TEST(IPPValue, CopiesIntoANewEqualValue) {
   }
 }
 
-// --- Factories
-// ------------------------------------------------------------------------------------
+// --- Factories -----------------------------------------------------------------------------------
 
 TEST(IPPValue, MakesAValueOfTheRightClassByEachFactory) {
   const URL url = URL::parse("ipp://a/b").value();
@@ -415,8 +414,7 @@ TEST(IPPValue, LetsALaterPairTakeThePlaceOfAnEarlierOneOfTheSameName) {
             "34:{\"a\"=21:3;\"b\"=21:2}");
 }
 
-// --- The encoding of a language
-// -------------------------------------------------------------------
+// --- The encoding of a language ------------------------------------------------------------------
 
 TEST(IPPValue, TakesTheEncodingFromWhatFollowsTheOneDotOfALanguage) {
   const TextEncoding shiftJIS = TextEncoding::forIANACharSetName("shift_jis").value();

@@ -42,7 +42,7 @@ const std::vector<Archive>& archives() {
       {std::make_shared<const IPPNoValue>(), "IPPNoValue{value=<null>}"},
       {std::make_shared<const IPPNotSettable>(), "IPPNotSettable{value=<null>}"},
       {std::make_shared<const IPPAdminDefine>(), "IPPAdminDefine{value=<null>}"},
-      {std::make_shared<const IPPValue>(), "IPPValue{}"},
+      {std::make_shared<const IPPValue>(), "IPPValue{value=(null)}"},
       {IPPValue::integerWithInt(-7), "IPPInteger{value=-7}"},
       {IPPValue::booleanWithBool(true), "IPPBoolean{value=1}"},
       {IPPValue::enumerationWithInt(3), "IPPEnum{value=3}"},
@@ -146,8 +146,7 @@ TEST(KeyedCoding, RefusesAnArchivedSetWithoutValues) {
               ::testing::ThrowsMessage<RangeException>("Invalid parameter"));
 }
 
-// --- Attributes, groups, messages
-// -------------------------------------------------------------------
+// --- Attributes, groups, messages ----------------------------------------------------------------
 
 TEST(KeyedCoding, WritesAndReadsAttributes) {
   const auto copies = IPPAttribute::attributeWithValue(IPPValue::integerWithInt(2), "copies");

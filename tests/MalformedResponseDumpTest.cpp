@@ -205,7 +205,7 @@ class NamingDelegate final : public IPPConnectionDelegate {
                                  const std::shared_ptr<const Error>& reason) override {
     error = reason;
   }
-  [[nodiscard]] std::optional<std::string> valueForKey(std::string_view key) const override {
+  [[nodiscard]] KeyValue valueForKey(std::string_view key) const override {
     EXPECT_EQ(key, "ippOperationCodename");
     return name;
   }

@@ -16,8 +16,7 @@ namespace {
 
 using ::testing::ThrowsMessage;
 
-// --- Numbers
-// --------------------------------------------------------------------------------------
+// --- Numbers -------------------------------------------------------------------------------------
 
 constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
@@ -77,8 +76,7 @@ TEST(Number, ComparesByNumericValueWhateverTheKind) {
   EXPECT_NE(Number(kMost), Number(kMost - 1));
 }
 
-// --- Dictionaries
-// ---------------------------------------------------------------------------------
+// --- Dictionaries --------------------------------------------------------------------------------
 
 TEST(Dictionary, KeepsItsEntriesInTheOrderOfArrival) {
   Dictionary<int> dictionary{{"z", 1}, {"a", 2}};
@@ -144,8 +142,7 @@ TEST(Dictionary, CopiesAndMoves) {
   EXPECT_EQ(*moved.find("17"), 17);
 }
 
-// --- Raw objects
-// ----------------------------------------------------------------------------------
+// --- Raw objects ---------------------------------------------------------------------------------
 
 /// One object of each kind beside its text form.
 const std::vector<std::pair<RawValue, std::string>>& kinds() {

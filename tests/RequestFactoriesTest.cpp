@@ -6,43 +6,16 @@
 
 #include "platen/Exception.h"
 #include "platen/IPPRequest.h"
-#include "platform/UserEnvironment.h"
-#include "tests/support/MessageText.h"
 #include "tests/support/Octets.h"
-#include "tests/support/UserLocale.h"
+#include "tests/support/RequestText.h"
 
 namespace platen {
 namespace {
 
-/// What stands on the wire, with the groups and attributes in their order.
-std::string encodedText(const IPPRequest& request) {
-  const auto message = IPPMessage::initWithDataRepresentation(request.dataRepresentation());
-  return message == nullptr ? "" : test::messageText(*message, 0);
-}
+using test::encodedText;
+using test::url;
 
-URL url(std::string_view text) { return URL::parse(text).value(); }
-
-class RequestFactories : public testing::Test {
- protected:
-  const test::UserLocale locale{"pt_BR.UTF-8"};
-  const std::string user = loginName();
-};
-
-/// A request of exactly four operation attributes in one group.
-std::string fourAttributes(std::string_view code, std::string_view target, std::string_view uri,
-                           std::string_view user) {
-  const std::string message = "message version=1.1 code=";
-  return message + std::string(code) +
-         " request-id=1\n"
-         "group 01\n"
-         "01\t\"attributes-charset\"\t47:\"utf-8\"\n"
-         "01\t\"attributes-natural-language\"\t48:\"pt-br\"\n"
-         "01\t\"" +
-         std::string(target) + "\"\t45:\"" + std::string(uri) +
-         "\"\n"
-         "01\t\"requesting-user-name\"\t42:\"" +
-         std::string(user) + "\"\n";
-}
+class RequestFactories : public test::RequestTextTest {};
 
 TEST_F(RequestFactories, AddressAJobOrAQueueAndNameTheUser) {
   struct Case {
@@ -53,16 +26,50 @@ TEST_F(RequestFactories, AddressAJobOrAQueueAndNameTheUser) {
   };
   const Case cases[] = {
       {IPPRequest::jobAttributesRequest, "0x0009", "job-uri", "Get-Job-Attributes"},
+      {IPPRequest::jobCreateRequest, "0x0005", "printer-uri", "Create-Job"},
       {IPPRequest::jobPrintRequest, "0x0002", "printer-uri", "Print-Job"},
+      {IPPRequest::validateJobRequest, "0x0004", "printer-uri", "Validate-Job"},
+      {IPPRequest::jobCancelRequest, "0x0008", "job-uri", "Cancel-Job"},
+      {IPPRequest::jobHoldRequest, "0x000c", "job-uri", "Hold-Job"},
+      {IPPRequest::jobReleaseRequest, "0x000d", "job-uri", "Release-Job"},
+      {IPPRequest::jobRestartRequest, "0x000e", "job-uri", "Restart-Job"},
+      {IPPRequest::jobAvailableSubscriptionsRequest, "0x0019", "job-uri", "Get-Subscriptions"},
       {IPPRequest::printerAttributesRequest, "0x000b", "printer-uri", "Get-Printer-Attributes"},
+      {IPPRequest::printerJobsRequest, "0x000a", "printer-uri", "Get-Jobs"},
+      {IPPRequest::printerAvailableSubscriptionsRequest, "0x0019", "printer-uri",
+       "Get-Subscriptions"},
+      {IPPRequest::printerPauseRequest, "0x0010", "printer-uri", "Pause-Printer"},
+      {IPPRequest::printerResumeRequest, "0x0011", "printer-uri", "Resume-Printer"},
+      {IPPRequest::printerPurgeJobsRequest, "0x0012", "printer-uri", "Purge-Jobs"},
+      {IPPRequest::printerSetDefaultRequest, "0x400a", "printer-uri", "CUPS-Set-Default"},
+      {IPPRequest::printerAddModifyQueueRequest, "0x4003", "printer-uri",
+       "CUPS-Add-Modify-Printer"},
   };
   for (const auto& [make, code, target, name] : cases) {
     const auto request = make(url("ipp://host:8631/a/b%20c/"));
     EXPECT_EQ(encodedText(*request),
-              fourAttributes(code, target, "ipp://host:8631/a/b%20c/", user));
+              requestText(code, targetAndUser(target, "ipp://host:8631/a/b%20c/")));
     EXPECT_EQ(request->ippOperationCodename(), name);
     EXPECT_EQ(request->timeoutInterval(), 60.0) << name;
   }
+}
+
+TEST_F(RequestFactories, NameNoUserWhereAQueueIsRemoved) {
+  const auto request = IPPRequest::printerRemoveQueueRequest(url("ipp://localhost/printers/q"));
+  EXPECT_EQ(encodedText(*request),
+            requestText("0x4004", "01\t\"printer-uri\"\t45:\"ipp://localhost/printers/q\"\n"));
+  EXPECT_EQ(request->ippOperationCodename(), "CUPS-Delete-Printer");
+}
+
+TEST_F(RequestFactories, PutTheDestinationOfAJobIntoAJobGroup) {
+  const auto request =
+      IPPRequest::jobMoveRequest(url("ipp://localhost/7"), url("ipp://localhost/printers/b"));
+  EXPECT_EQ(encodedText(*request),
+            requestText("0x400d", targetAndUser("job-uri", "ipp://localhost/7") +
+                                      "group 02\n"
+                                      "02\t\"job-printer-uri\"\t45:"
+                                      "\"ipp://localhost/printers/b\"\n"));
+  EXPECT_EQ(request->ippOperationCodename(), "CUPS-Move-Job");
 }
 
 TEST_F(RequestFactories, EncodeToTheseOctets) {
@@ -80,7 +87,7 @@ TEST_F(RequestFactories, EncodeToTheseOctets) {
 TEST_F(RequestFactories, KeepATargetOfAnySchemeLetterForLetter) {
   for (const auto* target : {"http://host/printers/q", "IPPS://Host:443/x?y#z", "/relative/path"}) {
     const auto request = IPPRequest::printerAttributesRequest(url(target));
-    EXPECT_EQ(encodedText(*request), fourAttributes("0x000b", "printer-uri", target, user));
+    EXPECT_EQ(encodedText(*request), requestText("0x000b", targetAndUser("printer-uri", target)));
   }
 }
 
@@ -91,6 +98,9 @@ TEST_F(RequestFactories, RaiseWhenATargetIsTooLong) {
   EXPECT_THROW(IPPRequest::jobPrintRequest(tooLong), RangeException);
   EXPECT_THROW(IPPRequest::jobAttributesRequest(tooLong), RangeException);
   EXPECT_THROW(IPPRequest::printerAttributesRequest(tooLong), RangeException);
+  EXPECT_THROW(IPPRequest::printerRemoveQueueRequest(tooLong), RangeException);
+  EXPECT_THROW(IPPRequest::jobMoveRequest(tooLong, longest), RangeException);
+  EXPECT_THROW(IPPRequest::jobMoveRequest(longest, tooLong), RangeException);
 }
 
 TEST(RequestTargets, AreWhatWasSet) {

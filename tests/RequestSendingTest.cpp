@@ -298,8 +298,7 @@ TEST_F(RequestSending, KeepsSeveralExchangesApart) {
   }
 }
 
-// --- What outlives what
-// ---------------------------------------------------------------------------
+// --- What outlives what --------------------------------------------------------------------------
 
 TEST_F(RequestSending, GoesOnWhenTheLastReferenceIsDroppedAtOnce) {
   ScriptedPeer peer({answering(200, makeAnswer())});

@@ -68,8 +68,7 @@ TEST(ResponseStatus, StandsInFrontOfTheDescription) {
   EXPECT_EQ(unknown.description(), "(null) = " + unknown.IPPMessage::description());
 }
 
-// --- The error record
-// ------------------------------------------------------------------------------
+// --- The error record ----------------------------------------------------------------------------
 
 TEST(ResponseError, HasTheStatusAsCodeAndItsNameAsDescription) {
   const auto error = IPPResponse(0x0406, 1).status();
@@ -156,8 +155,7 @@ TEST(ResponseError, HasKeysThatAreTheirOwnText) {
   EXPECT_EQ(IPPErrorUnknownReasonAttributes, "IPPErrorUnknownReasonAttributes");
 }
 
-// --- Look-ups
-// --------------------------------------------------------------------------------------
+// --- Look-ups ------------------------------------------------------------------------------------
 
 const char* const kLists =
     "0101 0000 0000 0001"

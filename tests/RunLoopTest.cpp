@@ -296,5 +296,13 @@ TEST(RunLoop, StaysUsableWhenACallbackThrows) {
   EXPECT_FALSE(loop->runUntil(Clock::now() + milliseconds(5)));
 }
 
+TEST(RunLoop, ForgetsAStopWhenTheRunEndsByAnException) {
+  const auto loop = RunLoop::makePrivate();
+  loop->internals().callSoon([&] { loop->stop(); });
+  loop->internals().callSoon([] { throw std::runtime_error("a callback's own"); });
+  EXPECT_THROW(loop->run(), std::runtime_error);
+  EXPECT_FALSE(loop->runUntil(RunLoop::Clock::now() + std::chrono::milliseconds(20)));
+}
+
 }  // namespace
 }  // namespace platen

@@ -3,20 +3,18 @@
 // Documents on their way: printers that answer before they have got all of it, and documents that
 // are not ready yet.
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <string>
 #include <thread>
 
 #include "platen/HTTP.h"
 #include "platform/RunLoopPrivate.h"
+#include "tests/support/Pipe.h"
 #include "tests/support/RequestRecorder.h"
 
 namespace platen {
@@ -31,6 +29,7 @@ using tests::driveUntil;
 using tests::makeAnswer;
 using tests::makeRequest;
 using tests::PeerConnection;
+using tests::Pipe;
 using tests::RequestRecorder;
 using tests::ScriptedPeer;
 using tests::streamOf;
@@ -40,38 +39,11 @@ constexpr std::size_t kLarge = 8'000'000;  // more than any socket buffers
 // What takes no time, on a machine that has other things to do, too.
 constexpr milliseconds kSoon(1500);
 
-/// A pipe, as a document that somebody else is still making.
-class Pipe {
- public:
-  Pipe() { EXPECT_EQ(pipe2(ends_.data(), O_CLOEXEC), 0); }
-  Pipe(const Pipe&) = delete;
-  Pipe& operator=(const Pipe&) = delete;
-  ~Pipe() {
-    finish();
-    close(ends_[0]);
-  }
-
-  [[nodiscard]] std::shared_ptr<InputStream> stream() const {
-    return InputStream::withFileDescriptor(ends_[0]);
-  }
-  void write(std::string_view text) const {
-    EXPECT_EQ(::write(ends_[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
-  }
-  void finish() {
-    if (ends_[1] >= 0) {
-      close(std::exchange(ends_[1], -1));
-    }
-  }
-
- private:
-  std::array<int, 2> ends_{-1, -1};
-};
-
 class ScheduledDocument : public testing::Test {
  protected:
   void send(const ScriptedPeer& peer) {
-    request->sendTo(targetOf(peer));
     begin = RunLoop::Clock::now();
+    request->sendTo(targetOf(peer));
   }
   [[nodiscard]] milliseconds elapsed() const {
     return std::chrono::duration_cast<milliseconds>(RunLoop::Clock::now() - begin);
@@ -91,8 +63,7 @@ class ScheduledDocument : public testing::Test {
   RunLoop::Clock::time_point begin;
 };
 
-// --- Answers that come early
-// ----------------------------------------------------------------------
+// --- Answers that come early ---------------------------------------------------------------------
 
 /// What a printer does after its refusal.
 enum class Then { readsOn, stalls, closes, resets };
@@ -266,13 +237,13 @@ TEST_F(ScheduledDocument, FailsAtOnceWhenTheConnectionIsLostWhileItIsDry) {
   }
 }
 
-// --- Documents that are not ready
-// -----------------------------------------------------------------
+// --- Documents that are not ready ----------------------------------------------------------------
 
 TEST_F(ScheduledDocument, IsSentAsAThreadMakesIt) {
   Pipe pipe;
   ScriptedPeer peer({answering(200, makeAnswer())});
   recorder->document = pipe.stream();
+  send(peer);
   std::thread maker([&] {
     for (const auto* piece : {"one ", "two ", "three "}) {
       std::this_thread::sleep_for(milliseconds(60));
@@ -281,7 +252,6 @@ TEST_F(ScheduledDocument, IsSentAsAThreadMakesIt) {
     std::this_thread::sleep_for(milliseconds(60));
     pipe.finish();
   });
-  send(peer);
   EXPECT_TRUE(drive(*recorder));
   maker.join();
   expectResponse();

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <string>
-#include <vector>
 
 #include "platen/HTTP.h"
 #include "tests/support/FakeNames.h"
@@ -140,26 +139,6 @@ TEST_F(ScheduledNames, AreLookedUpWhileAnotherIsDead) {
   ASSERT_TRUE(drive(*recorder));
   EXPECT_EQ(recorder->calls, "WDORF") << recorder->text();
   waiting->cancel();
-}
-
-// Known not to hold: libuv looks up two names of a process at a time, and the dead take both places
-// for as long as the system tries, cancelled or not.
-TEST_F(ScheduledNames, DISABLED_AreLookedUpWhileManyOthersAreDead) {
-  names.set("printer.test", {"127.0.0.1"});
-  std::vector<std::shared_ptr<IPPRequest>> waiting;
-  for (const auto* host : {"dead1.test", "dead2.test", "dead3.test", "dead4.test"}) {
-    names.block(host);
-    waiting.push_back(makeRequest());
-    waiting.back()->sendTo(named(host, peer));
-  }
-  driveFor(milliseconds(20));
-  request->setTimeInterval(1);
-  request->sendTo(named("printer.test", peer));
-  ASSERT_TRUE(drive(*recorder));
-  EXPECT_EQ(recorder->calls, "WDORF") << recorder->text();
-  for (const auto& other : waiting) {
-    other->cancel();
-  }
 }
 
 }  // namespace

@@ -20,10 +20,6 @@ constexpr std::size_t kNarrowestValue = 16;
 // A longer value has a line of its own in a set.
 constexpr std::size_t kWidestSideBySide = 40;
 
-std::size_t less(std::size_t width, std::size_t taken) {
-  return width == SIZE_MAX ? width : width - std::min(width, taken);
-}
-
 bool isSideBySide(const IPPValue& value, const std::string& text) {
   return displayWidth(text) <= kWidestSideBySide && text.find(',') == std::string::npos &&
          value.syntaxName() != kIPPUriSyntaxName;
@@ -61,19 +57,13 @@ std::vector<std::string> valuesSideBySide(const IPPArray& set, std::string_view 
   return words;
 }
 
-// Behind `first`, and the lines after the first one behind as many blanks.
-void addBehind(Lines& lines, const std::string& first, std::size_t firstWidth, Lines text) {
-  const std::string blanks(firstWidth, ' ');
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    lines.push_back((i == 0 ? first : blanks) + text[i]);
-  }
-}
-
 bool hasOneLineEach(const std::vector<Lines>& items) {
   return std::all_of(items.begin(), items.end(), [](const Lines& item) { return item.size() < 2; });
 }
 
 }  // namespace
+
+bool mayFitInto(std::size_t width, const IPPValue& value) { return mayFit(value, width); }
 
 Lines AttributeLayout::linesOf(const IPPAttributeGroup::Attributes& attributes) const {
   Rows rows;
@@ -83,7 +73,7 @@ Lines AttributeLayout::linesOf(const IPPAttributeGroup::Attributes& attributes) 
         {name.value_or(""), name ? harmless(*name) : "(no name)", attribute->ippValue().get()});
   }
   Lines lines;
-  addBehind(lines, "  ", kGap, rowsIn(rows, less(display_.width(), kGap)));
+  addBehind(lines, "  ", kGap, rowsIn(rows, columnsLeft(display_.width(), kGap)));
   return lines;
 }
 
@@ -92,13 +82,13 @@ Lines AttributeLayout::rowsIn(const Rows& rows, std::size_t width) const {
   for (const Row& row : rows) {
     column = std::max(column, std::min(displayWidth(row.label), kWidestName) + kGap);
   }
-  if (column > kNarrowestValue && less(width, column) < kNarrowestValue) {
+  if (column > kNarrowestValue && columnsLeft(width, column) < kNarrowestValue) {
     column = kGap;
   }
   Lines lines;
   for (const Row& row : rows) {
-    Lines value =
-        row.value == nullptr ? Lines{"(none)"} : valueIn(*row.value, row.name, less(width, column));
+    Lines value = row.value == nullptr ? Lines{"(none)"}
+                                       : valueIn(*row.value, row.name, columnsLeft(width, column));
     addRow(lines, row, std::move(value), column);
   }
   return lines;
@@ -142,7 +132,7 @@ Lines AttributeLayout::setIn(const IPPArray& set, std::string_view name, std::si
   constexpr std::string_view kBullet = "- ";
   std::vector<Lines> items;
   for (std::size_t i = 0; i < set.size(); ++i) {
-    items.push_back(valueIn(set.at(i), name, less(width, kBullet.size())));
+    items.push_back(valueIn(set.at(i), name, columnsLeft(width, kBullet.size())));
   }
   const std::string bullet(hasOneLineEach(items) ? "" : kBullet);
   Lines lines;

@@ -18,6 +18,10 @@
 
 namespace platen::tool {
 
+/// False when a value has so many parts that it cannot fit on a line of `width` columns. It takes
+/// no longer than the line is wide.
+bool mayFitInto(std::size_t width, const IPPValue& value);
+
 /// Lays attributes out for a display:
 ///
 ///     copies-supported   1-999
@@ -39,6 +43,9 @@ class AttributeLayout {
   explicit AttributeLayout(const Display& display) noexcept : display_(display) {}
 
   [[nodiscard]] Lines linesOf(const IPPAttributeGroup::Attributes& attributes) const;
+  /// The value of the attribute `name` alone, one line at least.
+  [[nodiscard]] Lines valueIn(const IPPValue& value, std::string_view name,
+                              std::size_t width) const;
 
  private:
   /// One name and its value, which may be missing.
@@ -50,8 +57,6 @@ class AttributeLayout {
   using Rows = std::vector<Row>;
 
   [[nodiscard]] Lines rowsIn(const Rows& rows, std::size_t width) const;
-  [[nodiscard]] Lines valueIn(const IPPValue& value, std::string_view name,
-                              std::size_t width) const;
   [[nodiscard]] Lines setIn(const IPPArray& set, std::string_view name, std::size_t width) const;
   [[nodiscard]] Lines collectionIn(const IPPMap& collection, std::size_t width) const;
   void addRow(Lines& lines, const Row& row, Lines value, std::size_t column) const;

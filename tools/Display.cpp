@@ -20,11 +20,6 @@ std::string_view environment(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-std::size_t terminalWidth() {
-  winsize size{};
-  return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
-}
-
 std::size_t widthFromEnvironment() {
   const std::string_view text = environment("COLUMNS");
   std::size_t width = 0;
@@ -33,7 +28,8 @@ std::size_t widthFromEnvironment() {
 }
 
 std::size_t detectedWidth() {
-  for (const std::size_t width : {terminalWidth(), widthFromEnvironment()}) {
+  for (const std::size_t width :
+       {terminalWidth(STDOUT_FILENO).value_or(0), widthFromEnvironment()}) {
     if (width >= kLeastWidth) {
       return width;
     }
@@ -41,12 +37,19 @@ std::size_t detectedWidth() {
   return kUsualWidth;
 }
 
-bool showsStyles() {
-  return ::isatty(STDOUT_FILENO) == 1 && environment("NO_COLOR").empty() &&
-         environment("TERM") != "dumb";
-}
+bool showsStyles() { return isCapableTerminal(STDOUT_FILENO) && environment("NO_COLOR").empty(); }
 
 }  // namespace
+
+std::optional<std::size_t> terminalWidth(int descriptor) {
+  winsize size{};
+  const bool isKnown = ::ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return isKnown ? std::optional<std::size_t>(size.ws_col) : std::nullopt;
+}
+
+bool isCapableTerminal(int descriptor) {
+  return ::isatty(descriptor) == 1 && environment("TERM") != "dumb";
+}
 
 Display Display::ofStandardOutput(std::optional<std::size_t> width) {
   const std::size_t chosen = width.value_or(detectedWidth());
@@ -54,6 +57,12 @@ Display Display::ofStandardOutput(std::optional<std::size_t> width) {
 }
 
 std::string Display::strong(std::string_view text) const { return in("\x1b[1m", text); }
+
+std::string Display::added(std::string_view text) const { return in("\x1b[32m", text); }
+
+std::string Display::removed(std::string_view text) const { return in("\x1b[31m", text); }
+
+std::string Display::changed(std::string_view text) const { return in("\x1b[33m", text); }
 
 std::string Display::faint(std::string_view text) const { return in("\x1b[2m", text); }
 

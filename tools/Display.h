@@ -8,6 +8,13 @@
 
 namespace platen::tool {
 
+/// How many columns the terminal has that is open there; nothing when that is no terminal, or one
+/// that does not say.
+std::optional<std::size_t> terminalWidth(int descriptor);
+
+/// Whether a terminal is open there that knows more than to show characters one after the other.
+bool isCapableTerminal(int descriptor);
+
 /// What standard output is like: how wide, and whether it shows styles.
 class Display {
  public:
@@ -21,6 +28,10 @@ class Display {
   [[nodiscard]] std::size_t width() const noexcept { return width_; }
   /// `text` in bold, for headings.
   [[nodiscard]] std::string strong(std::string_view text) const;
+  /// `text` in the colour of what came, of what went, and of what is another.
+  [[nodiscard]] std::string added(std::string_view text) const;
+  [[nodiscard]] std::string removed(std::string_view text) const;
+  [[nodiscard]] std::string changed(std::string_view text) const;
   /// `text` toned down, for what is not looked at first.
   [[nodiscard]] std::string faint(std::string_view text) const;
 

@@ -7,40 +7,11 @@
 #include <cstdio>
 #include <iterator>
 
+#include "Characters.h"
+
 namespace platen::tool {
 
 namespace {
-
-constexpr char32_t kInvalid = 0xFFFFFFFF;
-
-struct Character {
-  char32_t code;
-  std::size_t length;
-};
-
-struct Interval {
-  char32_t first;
-  char32_t last;
-};
-
-template <std::size_t count>
-bool contains(const std::array<Interval, count>& intervals, char32_t code) {
-  return std::any_of(intervals.begin(), intervals.end(), [code](const Interval& interval) {
-    return code >= interval.first && code <= interval.last;
-  });
-}
-
-// C0, DEL, C1, zero-width blanks, marks of direction, separators, invisible format characters. The
-// two joiners are left alone: Persian and the scripts of India need them.
-constexpr std::array<Interval, 9> kHarmful{{{0x00, 0x1F},
-                                            {0x7F, 0x9F},
-                                            {0x61C, 0x61C},
-                                            {0x200B, 0x200B},
-                                            {0x200E, 0x200F},
-                                            {0x2028, 0x202E},
-                                            {0x2060, 0x206F},
-                                            {0xFEFF, 0xFEFF},
-                                            {0xE0000, 0xE007F}}};
 
 // Characters that stand on the one before them, and the joiners.
 constexpr std::array<Interval, 8> kCombining{{{0x300, 0x36F},
@@ -70,40 +41,6 @@ bool isWide(char32_t code) {
          (code >= 0xFFE0 && code <= 0xFFE6);
 }
 
-// How many octets a character has by its first one; 0 for one that begins none.
-std::size_t lengthFrom(unsigned char first) {
-  if (first < 0x80) {
-    return 1;
-  }
-  if (first < 0xC2 || first > 0xF4) {
-    return 0;
-  }
-  return first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-}
-
-bool isShortest(char32_t code, std::size_t length) {
-  constexpr std::array<char32_t, 5> kLeast{0, 0, 0x80, 0x800, 0x10000};
-  const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
-  return code >= kLeast.at(length) && code <= 0x10FFFF && !isSurrogate;
-}
-
-// The first character of `text`, which is not empty; an octet that begins none counts as one.
-Character firstOf(std::string_view text) {
-  const auto first = static_cast<unsigned char>(text.front());
-  const std::size_t length = lengthFrom(first);
-  if (length == 0 || length > text.size()) {
-    return {kInvalid, 1};
-  }
-  char32_t code = length == 1 ? first : first & (0x7FU >> length);
-  for (const char octet : text.substr(1, length - 1)) {
-    if ((static_cast<unsigned char>(octet) & 0xC0U) != 0x80U) {
-      return {kInvalid, 1};
-    }
-    code = (code << 6U) | (static_cast<unsigned char>(octet) & 0x3FU);
-  }
-  return isShortest(code, length) ? Character{code, length} : Character{kInvalid, 1};
-}
-
 std::string numbered(const char* format, char32_t code) {
   std::array<char, 16> text{};
   const int size = std::snprintf(text.data(), text.size(), format, static_cast<unsigned>(code));
@@ -124,10 +61,10 @@ std::string escaped(char32_t code) {
 }
 
 std::string harmlessCharacter(const Character& character, std::string_view octets) {
-  if (character.code == kInvalid) {
+  if (character.code == kNoCharacter) {
     return numbered("\\x%02x", static_cast<unsigned char>(octets.front()));
   }
-  return contains(kHarmful, character.code) ? escaped(character.code) : std::string(octets);
+  return isHarmful(character.code) ? escaped(character.code) : std::string(octets);
 }
 
 std::string withoutBlanksBehind(std::string_view text) {
@@ -146,7 +83,7 @@ std::size_t widthOf(char32_t code) {
 std::string harmless(std::string_view text) {
   std::string result;
   while (!text.empty()) {
-    const Character character = firstOf(text);
+    const Character character = firstCharacter(text);
     result += harmlessCharacter(character, text.substr(0, character.length));
     text.remove_prefix(character.length);
   }
@@ -156,11 +93,25 @@ std::string harmless(std::string_view text) {
 std::size_t displayWidth(std::string_view text) {
   std::size_t width = 0;
   while (!text.empty()) {
-    const Character character = firstOf(text);
+    const Character character = firstCharacter(text);
     width += widthOf(character.code);
     text.remove_prefix(character.length);
   }
   return width;
+}
+
+std::string_view beginning(std::string_view text, std::size_t width) {
+  std::size_t length = 0;
+  while (length < text.size()) {
+    const Character character = firstCharacter(text.substr(length));
+    const std::size_t own = widthOf(character.code);
+    if (own > width) {
+      break;
+    }
+    width -= own;
+    length += character.length;
+  }
+  return text.substr(0, length);
 }
 
 std::string padded(std::string_view text, std::size_t width) {
@@ -183,6 +134,17 @@ Lines wrapped(const std::vector<std::string>& pieces, std::size_t width) {
     line = withoutBlanksBehind(line);
   }
   return lines;
+}
+
+std::size_t columnsLeft(std::size_t width, std::size_t taken) {
+  return width == SIZE_MAX ? width : width - std::min(width, taken);
+}
+
+void addBehind(Lines& lines, const std::string& first, std::size_t firstWidth, Lines text) {
+  const std::string blanks(firstWidth, ' ');
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    lines.push_back((i == 0 ? first : blanks) + text[i]);
+  }
 }
 
 std::vector<std::string> piecesOf(std::string_view text) {

@@ -22,12 +22,22 @@ std::string harmless(std::string_view text);
 /// emoji, 0 for each combining mark, otherwise 1. `text` is valid UTF-8.
 std::size_t displayWidth(std::string_view text);
 
+/// As much of `text` from its beginning as takes at most `width` columns.
+std::string_view beginning(std::string_view text, std::size_t width);
+
 /// `text` followed by blanks up to `width` columns; a wider one as it is.
 std::string padded(std::string_view text, std::size_t width);
 
 /// `pieces` one after the other in as few lines of at most `width` columns as they fit. A piece is
 /// never broken: one that is wider has a line of its own. Blanks at the end of a line are left out.
 Lines wrapped(const std::vector<std::string>& pieces, std::size_t width);
+
+/// What is left of `width` columns when so many are taken; without end (SIZE_MAX) stays so.
+std::size_t columnsLeft(std::size_t width, std::size_t taken);
+
+/// Adds `text` to `lines`: its first line behind `first`, which takes `firstWidth` columns, and the
+/// others behind as many blanks.
+void addBehind(Lines& lines, const std::string& first, std::size_t firstWidth, Lines text);
 
 /// `text` cut behind each blank and each semicolon.
 std::vector<std::string> piecesOf(std::string_view text);

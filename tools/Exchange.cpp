@@ -4,13 +4,10 @@
 #include <algorithm>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "Failure.h"
-#include "MessageView.h"
-#include "ValueText.h"
+#include "Refusal.h"
 #include "platen/IPPConstants.h"
-#include "platen/IPPNullValue.h"
 
 namespace platen::tool {
 
@@ -43,68 +40,6 @@ void requireScheme(const URL& url, const std::string& text) {
   }
 }
 
-void append(std::string& line, std::string_view what, const std::vector<std::string>& names) {
-  std::string_view separator = "; ";
-  for (const std::string& name : names) {
-    line.append(separator).append(separator == "; " ? what : "").append(name);
-    separator = ", ";
-  }
-}
-
-// The attributes that came back as unsupported with the very value that was refused.
-std::vector<std::string> refusedValues(const IPPResponse& answer) {
-  std::vector<std::string> refused;
-  for (const auto& group : answer.ippGroupsWithName(kIPPUnsupportedAttributesGroupName)) {
-    for (const auto& attribute : group->attributes()) {
-      const auto& value = attribute->ippValue();
-      const std::string name(attribute->name().value_or("(no name)"));
-      if (value != nullptr && value->syntaxName() != kIPPUnknownSyntaxName &&
-          dynamic_cast<const IPPNullValue*>(value.get()) == nullptr) {
-        refused.push_back(name + " " + valueText(*value, name));
-      }
-    }
-  }
-  return refused;
-}
-
-std::string refusal(const IPPResponse& answer, const Error& error) {
-  std::string line = statusText(answer.statusCode());
-  if (const auto message = answer.statusMessage(); message && !message->empty()) {
-    line += " (" + *message + ")";
-  }
-  append(line, "unsupported: ", error.names(IPPErrorUnsupportedAttributeNames));
-  append(line, "unknown: ", error.names(IPPErrorUnknownAttributeValues));
-  append(line, "without value: ", error.names(IPPErrorNoValueAttributes));
-  append(line, "not settable: ", error.names(IPPErrorNotSettableAttributes));
-  append(line, "left to the administrator: ", error.names(IPPErrorAdminDefineAttributes));
-  append(line, "refused: ", refusedValues(answer));
-  return line;
-}
-
-// What happened and why, and why that: "could not connect: Connection refused".
-std::string transportFailure(const Error& error) {
-  std::string line(error.localizedDescription().value_or(error.domain()));
-  const auto cause = error.underlyingError();
-  return cause == nullptr ? line : line + ": " + transportFailure(*cause);
-}
-
-[[noreturn]] void fail(const IPPRequest& request, const URL& target,
-                       const IPPResponse::Pointer& answer,
-                       const std::shared_ptr<const Error>& error) {
-  const std::string operation(request.ippOperationCodename());
-  const std::string uri(target.absoluteString());
-  if (answer != nullptr) {
-    throw Failure(ExitStatus::failed,
-                  operation + " refused by " + uri + ": " + refusal(*answer, *error));
-  }
-  if (error != nullptr) {
-    throw Failure(ExitStatus::unreachable,
-                  operation + ": no answer from " + uri + ": " + transportFailure(*error));
-  }
-  throw Failure(ExitStatus::failed,
-                operation + ": the answer of " + uri + " is not an IPP message");
-}
-
 }  // namespace
 
 URL targetURI(const std::string& text) {
@@ -122,14 +57,43 @@ URL targetURI(const std::string& text) {
   return *url;
 }
 
-IPPResponse::Pointer perform(IPPRequest& request, const URL& target,
-                             const std::shared_ptr<InputStream>& document) {
-  std::shared_ptr<const Error> error;
-  auto answer = request.performOn(target, document, &error);
-  if (answer == nullptr || error != nullptr) {
-    fail(request, target, answer, error);
+std::shared_ptr<Exchange> Exchange::start(IPPRequest::Pointer request, const URL& target,
+                                          std::shared_ptr<InputStream> document) {
+  auto exchange = std::make_shared<Exchange>(Key(), std::move(request), target);
+  exchange->document_ = std::move(document);
+  exchange->request_->setDelegate(exchange);
+  exchange->request_->sendTo(target);
+  return exchange;
+}
+
+Exchange::Exchange(Key /*key*/, IPPRequest::Pointer request, URL target)
+    : request_(std::move(request)), target_(std::move(target)) {}
+
+Exchange::~Exchange() { request_->cancel(); }
+
+IPPResponse::Pointer Exchange::answer() const {
+  if (error_ != nullptr) {
+    throw failureOf(*request_, target_, answer_, *error_);
   }
-  return answer;
+  return answer_;
+}
+
+std::shared_ptr<InputStream> Exchange::dataStreamForRequest(IPPRequest& /*request*/) {
+  return document_;
+}
+
+void Exchange::requestDidReceiveResponse(IPPRequest& /*request*/,
+                                         const std::shared_ptr<IPPResponse>& response,
+                                         const std::shared_ptr<const Error>& error) {
+  answer_ = response;
+  error_ = error;
+  isOver_ = true;
+}
+
+IPPResponse::Pointer answerTo(IPPRequest::Pointer request, const URL& target, Waiting& waiting) {
+  const auto exchange = Exchange::start(std::move(request), target);
+  waiting.until([&] { return exchange->isOver(); });
+  return exchange->answer();
 }
 
 }  // namespace platen::tool

@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "Json.h"
 #include "platen/IPPResponse.h"
 #include "platen/URL.h"
 
@@ -26,12 +28,14 @@ class Job {
   /// True when the state will not change any more: canceled, aborted or completed.
   [[nodiscard]] bool isOver() const;
   [[nodiscard]] bool isCompleted() const;
+  /// The state as this answer tells it, of the job as `first` did.
+  [[nodiscard]] Json json(const Job& first) const;
 
  private:
   std::optional<std::int32_t> id_;
   std::optional<URL> uri_;
   std::optional<std::int32_t> state_;
-  std::string reasons_;
+  std::vector<std::string> reasons_;
 };
 
 }  // namespace platen::tool

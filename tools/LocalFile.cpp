@@ -24,7 +24,16 @@ LocalFile::LocalFile(std::string path) : path_(std::move(path)) {
   if (S_ISDIR(status.st_mode)) {
     fail(EISDIR);
   }
-  isRegular_ = S_ISREG(status.st_mode) && !isStandardInput;
+  measure(status);
+}
+
+// What standard input has been read of already does not count. Files of a length of 0 are empty, or
+// made by the system as they are read.
+void LocalFile::measure(const struct stat& status) {
+  const off_t position = S_ISREG(status.st_mode) ? ::lseek(descriptor_, 0, SEEK_CUR) : -1;
+  if (position >= 0 && status.st_size > position) {
+    length_ = static_cast<std::uint64_t>(status.st_size - position);
+  }
 }
 
 LocalFile::~LocalFile() {
@@ -35,28 +44,18 @@ LocalFile::~LocalFile() {
 
 std::string LocalFile::displayName() const { return path_ == "-" ? "standard input" : path_; }
 
-Data LocalFile::peek(std::size_t length) const {
-  Data octets(length);
-  const ssize_t count = ::pread(descriptor_, octets.data(), length, 0);
-  if (count < 0) {
-    fail(errno);
-  }
-  octets.resize(static_cast<std::size_t>(count));
-  return octets;
-}
-
 Data LocalFile::readAll() const {
   const auto stream = InputStream::withFileDescriptor(descriptor_);
   Data octets = stream->readDataToEndOfStream();
   if (const auto error = stream->streamError()) {
-    fail(static_cast<int>(error->code()));
+    fail(error->code());
   }
   return octets;
 }
 
-void LocalFile::fail(int error) const {
-  throw Failure(ExitStatus::failed,
-                "cannot read " + displayName() + ": " + std::generic_category().message(error));
+void LocalFile::fail(std::int64_t error) const {
+  throw Failure(ExitStatus::failed, "cannot read " + displayName() + ": " +
+                                        std::generic_category().message(static_cast<int>(error)));
 }
 
 }  // namespace platen::tool

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstddef>
+#include <sys/stat.h>
+
+#include <cstdint>
+#include <optional>
 #include <string>
 
 #include "platen/Data.h"
@@ -23,19 +26,19 @@ class LocalFile {
   /// The path, or "standard input".
   [[nodiscard]] std::string displayName() const;
   [[nodiscard]] int descriptor() const noexcept { return descriptor_; }
-  /// True when the file can be looked at without using up what is looked at.
-  [[nodiscard]] bool isRegular() const noexcept { return isRegular_; }
-  /// At most `length` octets from the start of a regular file, which stays where it is.
-  [[nodiscard]] Data peek(std::size_t length) const;
+  /// How many octets there are to read; nothing for what only its end tells (a pipe).
+  [[nodiscard]] std::optional<std::uint64_t> length() const noexcept { return length_; }
   /// All of it.
   [[nodiscard]] Data readAll() const;
+  /// Raises that it cannot be read, for the reason `error` (an errno).
+  [[noreturn]] void fail(std::int64_t error) const;
 
  private:
-  [[noreturn]] void fail(int error) const;
+  void measure(const struct stat& status);
 
   std::string path_;
   int descriptor_ = -1;
-  bool isRegular_ = false;
+  std::optional<std::uint64_t> length_;
 };
 
 }  // namespace platen::tool

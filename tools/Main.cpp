@@ -1,38 +1,45 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <cstdlib>
 #include <exception>
 #include <iostream>
-#include <string_view>
 
 #include "CommandLine.h"
-#include "DisplayText.h"
 #include "Failure.h"
 
 namespace platen::tool {
 
 namespace {
 
-// One line, whatever a printer or a file has put into it.
-int complain(ExitStatus status, std::string_view line) {
-  std::cout.flush();
-  std::cerr << "platen: " << harmless(line) << '\n';
-  return static_cast<int>(status);
-}
-
-int run(int argc, const char* const* argv) {
+ExitStatus run(int argc, const char* const* argv) {
   try {
     runCommandLine(argc, argv, std::cout);
     std::cout.flush();
-    return std::cout ? static_cast<int>(ExitStatus::done)
-                     : complain(ExitStatus::failed, "cannot write to standard output");
+    if (std::cout) {
+      return ExitStatus::done;
+    }
+    complain("cannot write to standard output");
   } catch (const Failure& failure) {
-    return complain(failure.status(), failure.what());
+    if (*failure.what() != '\0') {
+      complain(failure.what());
+    }
+    return failure.status();
   } catch (const std::exception& exception) {
-    return complain(ExitStatus::failed, exception.what());
+    complain(exception.what());
   }
+  return ExitStatus::failed;
 }
 
 }  // namespace
 
 }  // namespace platen::tool
 
-int main(int argc, char** argv) { return platen::tool::run(argc, argv); }
+int main(int argc, char** argv) {
+  using platen::tool::ExitStatus;
+  const ExitStatus status = platen::tool::run(argc, argv);
+  if (status >= ExitStatus::unreachable) {
+    // Nobody waits any more for the look-up of a name, which would hold up a normal end.
+    std::cout.flush();
+    std::_Exit(static_cast<int>(status));
+  }
+  return static_cast<int>(status);
+}

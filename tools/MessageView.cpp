@@ -14,19 +14,6 @@ namespace platen::tool {
 
 namespace {
 
-std::string_view headingOf(const IPPAttributeGroup& group) {
-  static const std::map<std::string_view, std::string_view> headings{
-      {kIPPOperationGroupName, "Operation attributes"},
-      {kIPPJobGroupName, "Job attributes"},
-      {kIPPPrinterGroupName, "Printer attributes"},
-      {kIPPUnsupportedAttributesGroupName, "Unsupported attributes"},
-      {kIPPSubscriptionGroupName, "Subscription attributes"},
-      {kIPPNotificationEventGroupName, "Event attributes"},
-  };
-  const auto found = headings.find(group.name());
-  return found == headings.end() ? group.name() : found->second;
-}
-
 void showGroup(std::ostream& out, const std::string& heading, const IPPAttributeGroup& group,
                const Display& display) {
   out << display.strong(heading) << '\n';
@@ -40,6 +27,19 @@ void showGroup(std::ostream& out, const std::string& heading, const IPPAttribute
 
 }  // namespace
 
+std::string headingOf(std::string_view groupName) {
+  static const std::map<std::string_view, std::string_view> headings{
+      {kIPPOperationGroupName, "Operation attributes"},
+      {kIPPJobGroupName, "Job attributes"},
+      {kIPPPrinterGroupName, "Printer attributes"},
+      {kIPPUnsupportedAttributesGroupName, "Unsupported attributes"},
+      {kIPPSubscriptionGroupName, "Subscription attributes"},
+      {kIPPNotificationEventGroupName, "Event attributes"},
+  };
+  const auto found = headings.find(groupName);
+  return std::string(found == headings.end() ? groupName : found->second);
+}
+
 void showGroups(std::ostream& out, const IPPMessage::Groups& groups, const Display& display) {
   std::map<std::string_view, int> count;
   for (const auto& group : groups) {
@@ -48,7 +48,7 @@ void showGroups(std::ostream& out, const IPPMessage::Groups& groups, const Displ
   std::map<std::string_view, int> number;
   std::string_view separator;
   for (const auto& group : groups) {
-    std::string heading(headingOf(*group));
+    std::string heading = headingOf(group->name());
     const int own = ++number[group->name()];
     if (const int all = count[group->name()]; all > 1) {
       heading += " " + std::to_string(own) + " of " + std::to_string(all);

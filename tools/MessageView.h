@@ -11,6 +11,9 @@
 
 namespace platen::tool {
 
+/// What stands above a group of that name, "Printer attributes".
+std::string headingOf(std::string_view groupName);
+
 /// Writes each group as a heading and its attributes, with an empty line between groups. Groups of
 /// one kind are numbered when there are several.
 void showGroups(std::ostream& out, const IPPMessage::Groups& groups, const Display& display);

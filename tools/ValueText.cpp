@@ -7,6 +7,7 @@
 
 #include "DisplayText.h"
 #include "EnumNames.h"
+#include "Facts.h"
 #include "platen/IPPArray.h"
 #include "platen/IPPConstants.h"
 #include "platen/IPPMap.h"
@@ -63,14 +64,9 @@ std::string resolutionText(const IPPValue& value, std::string_view /*name*/) {
          std::to_string(static_cast<std::int64_t>(size.height)) + (inches ? " dpi" : " dpcm");
 }
 
-// The library's text of a date is "2001-02-03 04:05:06 +0000".
 std::string dateText(const IPPValue& value, std::string_view /*name*/) {
-  std::string text = value.stringValue().value_or("(no date)");
-  if (const auto blank = text.find(' '); text.ends_with(" +0000") && blank + 6 < text.size()) {
-    text.replace(text.size() - 6, 6, "Z");
-    text[blank] = 'T';
-  }
-  return text;
+  const auto date = value.dateTimeValue();
+  return date ? instantText(*date) : "(no date)";
 }
 
 template <const char* keyword>

@@ -72,6 +72,7 @@ std::optional<HTTPRequest> bodilessRequest(const IPPRequest& request, const URL&
   httpRequest.setHeader(kHTTPContentTypeField, kIPPContentTypeValue);
   httpRequest.cachePolicy = HTTPCachePolicy::reloadIgnoringLocalAndRemoteCacheData;
   httpRequest.timeoutInterval = request.timeoutInterval();
+  httpRequest.maximumBodyLength = request.maximumResponseLength();
   return httpRequest;
 }
 

@@ -82,8 +82,8 @@ bool IPPMessageStream::setPropertyForKey(std::string_view property, std::string_
   return dataStream_->setPropertyForKey(property, key);
 }
 
-void IPPMessageStream::scheduleInRunLoop(RunLoop& loop, std::string_view mode) {
-  dataStream_->scheduleInRunLoop(loop, mode);
+bool IPPMessageStream::scheduleInRunLoop(RunLoop& loop, std::string_view mode) {
+  return dataStream_->scheduleInRunLoop(loop, mode);
 }
 
 void IPPMessageStream::removeFromRunLoop(RunLoop& loop, std::string_view mode) {

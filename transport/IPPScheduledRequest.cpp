@@ -43,8 +43,6 @@ void IPPConnectionDelegate::responseDidReceiveDataStream(
     const std::shared_ptr<IPPResponse>& /*response*/,
     const std::shared_ptr<OutputStream>& /*stream*/, IPPConnectionHandler& /*handler*/) {}
 
-std::optional<std::string> IPPConnectionDelegate::valueForKey(std::string_view /*key*/) const {
-  return std::nullopt;
-}
+KeyValue IPPConnectionDelegate::valueForKey(std::string_view /*key*/) const { return {}; }
 
 }  // namespace platen::inline v0

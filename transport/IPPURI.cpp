@@ -37,7 +37,7 @@ bool pathHasSegment(std::string_view path, std::string_view segment) {
 }
 
 /// `printers/NAME` and then `suffix`; nothing when the name is missing.
-std::optional<std::string> printersResource(IPPURI::Text name, std::string_view suffix) {
+std::optional<std::string> printersResource(IPPURI::OptionalText name, std::string_view suffix) {
   if (!name) return std::nullopt;
   std::string resource{kPrintersResource};
   return resource.append("/").append(*name).append(suffix);
@@ -45,7 +45,7 @@ std::optional<std::string> printersResource(IPPURI::Text name, std::string_view 
 
 }  // namespace
 
-std::optional<URL> IPPURI::namedServerResourceURI(Text server, Text resource) {
+std::optional<URL> IPPURI::namedServerResourceURI(OptionalText server, OptionalText resource) {
   if (!server || !resource) return std::nullopt;
   std::string text{kIPPURLScheme};
   text.append("://").append(*server).append("/").append(*resource);
@@ -59,13 +59,13 @@ std::optional<URL> IPPURI::namedServerResourceURI(Text server, Text resource) {
 
 std::optional<URL> IPPURI::localServerURI() { return namedServerURI(kIPPLocalhostName); }
 
-std::optional<URL> IPPURI::namedServerURI(Text server) {
+std::optional<URL> IPPURI::namedServerURI(OptionalText server) {
   return namedServerResourceURI(server, "");
 }
 
 std::optional<URL> IPPURI::localServerAdminURI() { return namedServerAdminURI(kIPPLocalhostName); }
 
-std::optional<URL> IPPURI::namedServerAdminURI(Text server) {
+std::optional<URL> IPPURI::namedServerAdminURI(OptionalText server) {
   return namedServerResourceURI(server, kAdminResource);
 }
 
@@ -73,7 +73,7 @@ std::optional<URL> IPPURI::localServerAdminConfURI() {
   return namedServerAdminConfURI(kIPPLocalhostName);
 }
 
-std::optional<URL> IPPURI::namedServerAdminConfURI(Text server) {
+std::optional<URL> IPPURI::namedServerAdminConfURI(OptionalText server) {
   return namedServerResourceURI(server, kAdminConfResource);
 }
 
@@ -81,7 +81,7 @@ std::optional<URL> IPPURI::localServerAdminLogURI() {
   return namedServerAdminLogURI(kIPPLocalhostName);
 }
 
-std::optional<URL> IPPURI::namedServerAdminLogURI(Text server) {
+std::optional<URL> IPPURI::namedServerAdminLogURI(OptionalText server) {
   return namedServerResourceURI(server, kAdminLogResource);
 }
 
@@ -89,22 +89,22 @@ std::optional<URL> IPPURI::localServerClassesURI() {
   return namedServerClassesURI(kIPPLocalhostName);
 }
 
-std::optional<URL> IPPURI::namedServerClassesURI(Text server) {
+std::optional<URL> IPPURI::namedServerClassesURI(OptionalText server) {
   return namedServerResourceURI(server, kClassesResource);
 }
 
-std::optional<URL> IPPURI::localServerNamedClassURI(Text name) {
+std::optional<URL> IPPURI::localServerNamedClassURI(OptionalText name) {
   return namedServerNamedClassURI(kIPPLocalhostName, name);
 }
 
-std::optional<URL> IPPURI::namedServerNamedClassURI(Text server, Text name) {
+std::optional<URL> IPPURI::namedServerNamedClassURI(OptionalText server, OptionalText name) {
   // The bare name on purpose: "classes" is the collection's own address and no part of a class's.
   return namedServerResourceURI(server, name);
 }
 
 std::optional<URL> IPPURI::localServerJobsURI() { return namedServerJobsURI(kIPPLocalhostName); }
 
-std::optional<URL> IPPURI::namedServerJobsURI(Text server) {
+std::optional<URL> IPPURI::namedServerJobsURI(OptionalText server) {
   return namedServerResourceURI(server, kJobsResource);
 }
 
@@ -112,7 +112,7 @@ std::optional<URL> IPPURI::localServerJobURI(JobId jobId) {
   return namedServerJobURI(kIPPLocalhostName, jobId);
 }
 
-std::optional<URL> IPPURI::namedServerJobURI(Text server, JobId jobId) {
+std::optional<URL> IPPURI::namedServerJobURI(OptionalText server, JobId jobId) {
   if (!jobId) return std::nullopt;
   // The bare number on purpose; `jobId` knows it for a job by its not being 0.
   return namedServerResourceURI(server, std::to_string(*jobId));
@@ -122,27 +122,27 @@ std::optional<URL> IPPURI::localServerPrintersURI() {
   return namedServerPrintersURI(kIPPLocalhostName);
 }
 
-std::optional<URL> IPPURI::namedServerPrintersURI(Text server) {
+std::optional<URL> IPPURI::namedServerPrintersURI(OptionalText server) {
   return namedServerResourceURI(server, kPrintersResource);
 }
 
-std::optional<URL> IPPURI::localServerNamedPrinterURI(Text name) {
+std::optional<URL> IPPURI::localServerNamedPrinterURI(OptionalText name) {
   return namedCUPSServerNamedPrinterURI(kIPPLocalhostName, name);
 }
 
-std::optional<URL> IPPURI::namedIPPServerNamedPrinterURI(Text server, Text name) {
+std::optional<URL> IPPURI::namedIPPServerNamedPrinterURI(OptionalText server, OptionalText name) {
   return namedServerResourceURI(server, name);
 }
 
-std::optional<URL> IPPURI::namedCUPSServerNamedPrinterURI(Text server, Text name) {
+std::optional<URL> IPPURI::namedCUPSServerNamedPrinterURI(OptionalText server, OptionalText name) {
   return namedServerResourceURI(server, printersResource(name, ""));
 }
 
-std::optional<URL> IPPURI::localServerNamedPrinterPPDURI(Text name) {
+std::optional<URL> IPPURI::localServerNamedPrinterPPDURI(OptionalText name) {
   return namedServerNamedPrinterPPDURI(kIPPLocalhostName, name);
 }
 
-std::optional<URL> IPPURI::namedServerNamedPrinterPPDURI(Text server, Text name) {
+std::optional<URL> IPPURI::namedServerNamedPrinterPPDURI(OptionalText server, OptionalText name) {
   return namedServerResourceURI(server, printersResource(name, ".ppd"));
 }
 

@@ -2,6 +2,9 @@
 
 /// The scheduled exchange: one HTTP connection on the run loop of the calling thread.
 
+#include <algorithm>
+#include <cstddef>
+#include <exception>
 #include <memory>
 #include <string>
 #include <utility>
@@ -34,12 +37,19 @@ class ScheduledExchanges {
   }
 
   void add(std::weak_ptr<IPPConnectionHandler> handler) {
-    std::erase_if(handlers_, [](const auto& weak) { return weak.expired(); });
+    if (handlers_.size() >= sweepAt_) {
+      std::erase_if(handlers_, [](const auto& weak) { return weak.expired(); });
+      sweepAt_ = std::max(kFirstSweep, 2 * handlers_.size());
+    }
     handlers_.push_back(std::move(handler));
   }
 
  private:
+  static constexpr std::size_t kFirstSweep = 16;
+
   std::vector<std::weak_ptr<IPPConnectionHandler>> handlers_;
+  /// Twice as many as the last sweep left, so that starting many exchanges is not quadratic.
+  std::size_t sweepAt_ = kFirstSweep;
 };
 
 // Stops an exchange when its outcome has been told, also when a delegate raises.
@@ -53,6 +63,18 @@ class LastTurn {
  private:
   std::shared_ptr<IPPConnectionHandler> handler_;
 };
+
+// Returns what the stream raises: the delegate is told of the end all the same.
+std::exception_ptr fill(OutputStream& output, InputStream& rest) {
+  try {
+    output.open();
+    rest.transferContentsTo(&output);
+    output.close();
+    return nullptr;
+  } catch (...) {
+    return std::current_exception();
+  }
+}
 
 // What the client refuses, and says why, as it would refuse an http URL without a host.
 HTTPRequest hostlessRequest(const URL& target) {
@@ -124,14 +146,16 @@ void IPPConnectionHandler::tellResponse(const std::shared_ptr<IPPResponse>& resp
   if (const auto delegate = stillTold()) {
     output = delegate->dataStreamForResponse(response, *this);
   }
+  std::exception_ptr raised;
   if (output != nullptr && stillTold() != nullptr) {
-    output->open();
-    rest.transferContentsTo(output.get());
-    output->close();
+    raised = fill(*output, rest);
   }
   rest.close();
   if (const auto delegate = stillTold()) {
     delegate->responseDidReceiveDataStream(response, output, *this);
+  }
+  if (raised != nullptr) {
+    std::rethrow_exception(raised);
   }
 }
 
@@ -142,9 +166,10 @@ void IPPConnectionHandler::notifyIPPError(const std::shared_ptr<const Error>& er
 }
 
 void IPPConnectionHandler::dumpMalformedIPPMessageData(Bytes data) const {
-  const auto name =
-      delegate_ == nullptr ? std::nullopt : delegate_->valueForKey("ippOperationCodename");
-  if (name && name->find('/') == std::string::npos) {
+  const KeyValue codename =
+      delegate_ == nullptr ? KeyValue() : delegate_->valueForKey("ippOperationCodename");
+  const std::string* name = codename.ifString();
+  if (name != nullptr && name->find('/') == std::string::npos) {
     writeFileAtomically(homeDirectory() + "/ResponseOn-" + *name + ".ippdata", data);
   }
 }

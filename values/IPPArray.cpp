@@ -3,7 +3,9 @@
 
 #include <algorithm>
 
+#include "platen/IPPCodableClass.h"
 #include "platform/Arena.h"
+#include "platform/KeyValueProperties.h"
 #include "values/Sharing.h"
 #include "values/ValueClassSupport.h"
 
@@ -30,6 +32,14 @@ IPPValue::Pointer makeNoArray(const RawValue& /*object*/) { return nullptr; }
 // Not registered: a set is known by the values in it.
 constinit const IPPValueClass IPPArray::descriptor{"IPPArray",     0x12,        "unknown",
                                                    acceptsNothing, makeNoArray, decodeArray};
+
+namespace {
+// An archive does find it, by its class name.
+constinit const IPPCodableClass kCodableClass("IPPArray", [](IPPCoder& coder) -> IPPCoder::Object {
+  return IPPArray::descriptor.initWithCoder(coder);
+});
+const IPPCodableRegistration registration(kCodableClass);
+}  // namespace
 
 bool IPPArray::_checkValue(const IPPValueList& values) {
   return !values.empty() && std::find(values.begin(), values.end(), nullptr) == values.end();
@@ -126,6 +136,19 @@ void IPPArray::encodeWithCoder(IPPCoder& coder) const {
     }
     coder.encodeObject(*value);
   }
+}
+
+namespace {
+
+constexpr KeyValueProperty<KeyValueAccess> kProperties[] = {
+    property<&IPPArray::size>("size"),
+};
+
+}  // namespace
+
+const KeyValueProperties& IPPArray::_keyValueProperties() const noexcept {
+  static const KeyValueProperties properties{&IPPValueImpl::_keyValueProperties(), kProperties};
+  return properties;
 }
 
 }  // namespace platen::inline v0

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "platform/KeyValueProperties.h"
 #include "values/MapCoding.h"
 #include "values/MemberList.h"
 #include "values/Sharing.h"
@@ -132,6 +133,19 @@ void IPPMap::encodeWithCoder(IPPCoder& coder) const {
     return;
   }
   encodeMap(*this, coder);
+}
+
+namespace {
+
+constexpr KeyValueProperty<KeyValueAccess> kProperties[] = {
+    property<&IPPMap::size>("size"),
+};
+
+}  // namespace
+
+const KeyValueProperties& IPPMap::_keyValueProperties() const noexcept {
+  static const KeyValueProperties properties{&IPPValueImpl::_keyValueProperties(), kProperties};
+  return properties;
 }
 
 }  // namespace platen::inline v0

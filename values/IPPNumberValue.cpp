@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platen/IPPNumberValue.h"
 
+#include "platform/KeyValueProperties.h"
 #include "values/ValueClassSupport.h"
 
 namespace platen::inline v0 {
@@ -89,5 +90,18 @@ const IPPValueRegistration integerRegistration(IPPInteger::descriptor);
 const IPPValueRegistration enumRegistration(IPPEnum::descriptor);
 const IPPValueRegistration booleanRegistration(IPPBoolean::descriptor);
 }  // namespace
+
+namespace {
+
+constexpr KeyValueProperty<KeyValueAccess> kProperties[] = {
+    property<&IPPNumberValue::number>("number"),
+};
+
+}  // namespace
+
+const KeyValueProperties& IPPNumberValue::_keyValueProperties() const noexcept {
+  static const KeyValueProperties properties{&IPPValueImpl::_keyValueProperties(), kProperties};
+  return properties;
+}
 
 }  // namespace platen::inline v0

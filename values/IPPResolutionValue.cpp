@@ -3,6 +3,7 @@
 
 #include <limits>
 
+#include "platform/KeyValueProperties.h"
 #include "values/ValueClassSupport.h"
 
 namespace platen::inline v0 {
@@ -97,6 +98,19 @@ void IPPResolutionValue::encodeWithCoder(IPPCoder& coder) const {
   coder.encodeInt32(horizontal);
   coder.encodeInt32(vertical);
   coder.encodeByte(inInches_ ? kDotsPerInch : kDotsPerCentimetre);
+}
+
+namespace {
+
+constexpr KeyValueProperty<KeyValueAccess> kProperties[] = {
+    property<&IPPResolutionValue::unitsAreInches>("unitsAreInches"),
+};
+
+}  // namespace
+
+const KeyValueProperties& IPPResolutionValue::_keyValueProperties() const noexcept {
+  static const KeyValueProperties properties{&IPPValueImpl::_keyValueProperties(), kProperties};
+  return properties;
 }
 
 }  // namespace platen::inline v0

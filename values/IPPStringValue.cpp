@@ -2,6 +2,7 @@
 #include "platen/IPPStringValue.h"
 
 #include "platform/IntegerText.h"
+#include "platform/KeyValueProperties.h"
 #include "values/StringClassSupport.h"
 
 namespace platen::inline v0 {
@@ -36,6 +37,19 @@ void IPPStringInNaturalLanguage::encodeWithCoder(IPPCoder& coder) const {
   } else {
     coder.encodeNaturalLanguageString(text());
   }
+}
+
+namespace {
+
+constexpr KeyValueProperty<KeyValueAccess> kProperties[] = {
+    property<&IPPStringValue::text>("text"),
+};
+
+}  // namespace
+
+const KeyValueProperties& IPPStringValue::_keyValueProperties() const noexcept {
+  static const KeyValueProperties properties{&IPPValueImpl::_keyValueProperties(), kProperties};
+  return properties;
 }
 
 }  // namespace platen::inline v0

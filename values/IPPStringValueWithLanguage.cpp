@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "platform/KeyValueProperties.h"
 #include "values/ValueClassSupport.h"
 
 namespace platen::inline v0 {
@@ -142,6 +143,19 @@ IPPValue::Pointer IPPNameWithLanguage::_ippValue(const RawValue& text, const Raw
 
 IPPValue::Pointer IPPNameWithLanguage::copy() const {
   return std::make_shared<const IPPNameWithLanguage>(Text(text()), Text(language()));
+}
+
+namespace {
+
+constexpr KeyValueProperty<KeyValueAccess> kProperties[] = {
+    property<&IPPStringValueWithLanguage::language>("language"),
+};
+
+}  // namespace
+
+const KeyValueProperties& IPPStringValueWithLanguage::_keyValueProperties() const noexcept {
+  static const KeyValueProperties properties{&IPPStringValue::_keyValueProperties(), kProperties};
+  return properties;
 }
 
 }  // namespace platen::inline v0

@@ -4,6 +4,7 @@
 #include <functional>
 #include <typeinfo>
 
+#include "platform/KeyValueProperties.h"
 #include "values/ValueClassSupport.h"
 
 namespace platen::inline v0 {
@@ -58,9 +59,11 @@ bool IPPValue::_hasEqualRawValue(const IPPValue& other) const {
 }
 
 void IPPValue::encodeWithCoder(IPPCoder& coder) const {
-  if (!coder.allowsKeyedCoding()) {
-    coder.encodeInt16(0);
+  if (coder.allowsKeyedCoding()) {
+    coder.encodeRawValueForKey(rawValue(), kValueKey);
+    return;
   }
+  coder.encodeInt16(0);
 }
 
 RawValue IPPValueImpl::value() const { return rawValue(); }
@@ -80,6 +83,33 @@ IPPValue::Pointer IPPValueImpl::copy() const { return ippClass().initWithValue(r
 
 void IPPValueImpl::encodeKeyed(IPPCoder& coder) const {
   coder.encodeRawValueForKey(rawValue(), kValueKey);
+}
+
+namespace {
+
+constexpr KeyValueProperty<KeyValueAccess> kProperties[] = {
+    property<&IPPValue::ippTag>("ippTag"),
+    property<&IPPValue::syntaxName>("syntaxName"),
+    property<&IPPValue::rawValue>("rawValue"),
+    property<&IPPValue::value>("value"),
+    property<&IPPValue::stringValue>("stringValue"),
+    property<&IPPValue::intValue>("intValue"),
+    property<&IPPValue::boolValue>("boolValue"),
+    property<&IPPValue::rangeValue>("rangeValue"),
+    property<&IPPValue::resolutionValue>("resolutionValue"),
+    property<&IPPValue::dateTimeValue>("dateTimeValue"),
+    property<&IPPValue::arrayValue>("arrayValue"),
+    property<&IPPValue::dictionaryRepresentationValue>("dictionaryRepresentationValue"),
+    property<&IPPValue::description>("description"),
+    property<&IPPValue::hash>("hash"),
+    property<&IPPValue::copy>("copy"),
+};
+
+}  // namespace
+
+const KeyValueProperties& IPPValue::_keyValueProperties() const noexcept {
+  static const KeyValueProperties properties{&IPPCodable::_keyValueProperties(), kProperties};
+  return properties;
 }
 
 }  // namespace platen::inline v0

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "values/MemberList.h"
 
+#include <map>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 
 namespace platen::inline v0 {
@@ -28,14 +28,15 @@ class Walk {
   std::span<const IPPCoder::Member> members_;
 };
 
-class HashTable {
+// Ordered: names that a hash table takes for the same are easily made.
+class Index {
  public:
   std::size_t operator()(std::string_view name, std::size_t kept) {
     return places_.try_emplace(name, kept).first->second;
   }
 
  private:
-  std::unordered_map<std::string_view, std::size_t> places_;
+  std::map<std::string_view, std::size_t> places_;
 };
 
 template <class Find>
@@ -55,8 +56,7 @@ std::size_t unite(std::span<IPPCoder::Member> members, Find find) {
 }  // namespace
 
 std::size_t uniteMembers(std::span<IPPCoder::Member> members) {
-  return members.size() <= kWalkedMembers ? unite(members, Walk(members))
-                                          : unite(members, HashTable());
+  return members.size() <= kWalkedMembers ? unite(members, Walk(members)) : unite(members, Index());
 }
 
 }  // namespace platen::inline v0

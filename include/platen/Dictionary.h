@@ -5,10 +5,11 @@
 /// A dictionary that keeps its entries in arrival order.
 
 #include <cstddef>
+#include <functional>
 #include <initializer_list>
+#include <map>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -68,13 +69,14 @@ class Dictionary {
   }
 
  private:
-  // Below this many entries a walk beats a hash table; above it the table keeps a hostile
-  // collection of a million members from costing a million walks.
+  // Below this many entries a walk beats an index; above it the index keeps a hostile collection of
+  // a million members from costing a million walks. It is ordered: names that a hash table takes
+  // for the same are easily made.
   static constexpr std::size_t kWalkedEntries = 16;
 
   [[nodiscard]] std::size_t indexOf(std::string_view name) const {
     if (entries_.size() > kWalkedEntries) {
-      const auto found = index_.find(std::string(name));
+      const auto found = index_.find(name);
       return found == index_.end() ? entries_.size() : found->second;
     }
     std::size_t index = 0;
@@ -93,7 +95,7 @@ class Dictionary {
   }
 
   std::vector<Entry> entries_;
-  std::unordered_map<std::string, std::size_t> index_;
+  std::map<std::string, std::size_t, std::less<>> index_;
 };
 
 }  // namespace platen::inline v0

@@ -26,6 +26,7 @@ class PLATEN_EXPORT IPPArray : public IPPValueImpl {
  public:
   /// Refuses every raw object: a set is made of values.
   static const IPPValueClass descriptor;
+  /// Over values of which `_checkValue` is true, which is not looked at here.
   explicit IPPArray(IPPValueList values);
   /// Over values that live in `home` beside this one.
   IPPArray(std::span<const Pointer> values, const Arena& home) noexcept;
@@ -55,6 +56,9 @@ class PLATEN_EXPORT IPPArray : public IPPValueImpl {
   [[nodiscard]] Pointer copy() const override;
   [[nodiscard]] bool _hasEqualRawValue(const IPPValue& other) const override;
   void encodeWithCoder(IPPCoder& coder) const override;
+
+ protected:
+  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
 
  private:
   IPPValueList owned_;

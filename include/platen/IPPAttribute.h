@@ -73,6 +73,9 @@ class PLATEN_EXPORT IPPAttribute : public IPPCodable {
   /// and the result has neither name nor value.
   static std::shared_ptr<IPPAttribute> initWithCoder(IPPCoder& coder);
 
+ protected:
+  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
+
  private:
   IPPValue::Pointer value_;
   Text name_;

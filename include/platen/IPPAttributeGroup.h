@@ -139,6 +139,11 @@ class PLATEN_EXPORT IPPAttributeGroup : public IPPCodable {
   /// The attributes in the order in which they are written.
   [[nodiscard]] virtual Attributes _sortedForRequestAttributes() const;
 
+  /// A key that is no property of the group: the first attribute whose name matches it, or absent.
+  /// By design nothing is raised here, unlike by a message: groups come in lists, where one may
+  /// well lack what the next one has.
+  [[nodiscard]] KeyValue valueForUndefinedKey(std::string_view key) const override;
+
   /// The other group's class is this one's or derived from it, and the attributes are equal one by
   /// one. One-sided by design: unsupported attributes equal an operation group with the same
   /// attributes, and not the other way round.
@@ -153,6 +158,9 @@ class PLATEN_EXPORT IPPAttributeGroup : public IPPCodable {
 
   [[nodiscard]] std::string_view className() const noexcept override;
   void encodeWithCoder(IPPCoder& coder) const override;
+
+ protected:
+  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
 
  private:
   Attributes attributes_;

@@ -18,6 +18,7 @@
 #include "platen/Data.h"
 #include "platen/Dictionary.h"
 #include "platen/Export.h"
+#include "platen/KeyValueAccess.h"
 #include "platen/RawValue.h"
 #include "platen/Text.h"
 #include "platen/TextEncoding.h"
@@ -30,11 +31,9 @@ class IPPCoder;
 class IPPValue;
 
 /// An object that a coder can write: a value, an attribute, a group, a message.
-class PLATEN_EXPORT IPPCodable {
+class PLATEN_EXPORT IPPCodable : public KeyValueAccess {
  public:
-  virtual ~IPPCodable();
-  /// The name of the object's class, for example "IPPKeyword". Lives for the process.
-  [[nodiscard]] virtual std::string_view className() const noexcept = 0;
+  ~IPPCodable() override;
   /// Writes the object to `coder`: as a sequence of fields when the coder is a sequential one, as
   /// named fields when it allows keyed coding. One operation serves both.
   virtual void encodeWithCoder(IPPCoder& coder) const = 0;
@@ -43,6 +42,8 @@ class PLATEN_EXPORT IPPCodable {
   IPPCodable() = default;
   IPPCodable(const IPPCodable&) = default;
   IPPCodable& operator=(const IPPCodable&) = default;
+
+  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
 };
 
 /// The abstract coder. It has two faces: a sequence of primitive fields in a fixed order, which is
@@ -166,7 +167,7 @@ class PLATEN_EXPORT IPPCoder {
   virtual void encodeObjectsForKey(const std::vector<Object>& objects, std::string_view key);
   virtual void encodeNamedObjectsForKey(const Dictionary<Object>& objects, std::string_view key);
 
-  // A missing key reads as 0, false, absent, null or empty.
+  // A missing key reads as 0, false, absent, null or empty, unless the coder refuses it.
 
   virtual std::int64_t decodeIntForKey(std::string_view key);
   virtual bool decodeBoolForKey(std::string_view key);

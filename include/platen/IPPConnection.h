@@ -55,8 +55,7 @@ class PLATEN_EXPORT IPPConnectionHandler
       public HTTPConnectionDelegate,
       public std::enable_shared_from_this<IPPConnectionHandler> {
  public:
-  // --- The parts
-  // ----------------------------------------------------------------------------------
+  // --- The parts ---------------------------------------------------------------------------------
 
   /// The URL to post to: http, with the host of `target`, its port (631 where it has none or 0,
   /// RFC 3510 §4.2) and its path, "/" where it has none. User, query and fragment are dropped.
@@ -78,8 +77,7 @@ class PLATEN_EXPORT IPPConnectionHandler
   static std::shared_ptr<const Error> IPPErrorForNSURLError(
       const std::shared_ptr<const Error>& error);
 
-  // --- The exchange
-  // -------------------------------------------------------------------------------
+  // --- The exchange ------------------------------------------------------------------------------
 
   /// Starts an exchange; see `IPPConnection::schedulePerformRequest`. A target without a host fails
   /// as a transport failure, in a later turn of the run loop as every outcome.
@@ -120,8 +118,7 @@ class PLATEN_EXPORT IPPConnectionHandler
   /// write is ignored.
   void dumpMalformedIPPMessageData(Bytes data) const;
 
-  // --- What the HTTP connection says
-  // ----------------------------------------------------------------
+  // --- What the HTTP connection says -------------------------------------------------------------
 
   /// Nothing when a redirect is proposed, so that none is followed; otherwise the request itself.
   std::optional<HTTPRequest> connectionWillSendRequest(

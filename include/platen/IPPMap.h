@@ -56,6 +56,9 @@ class PLATEN_EXPORT IPPMap : public IPPValueImpl {
   [[nodiscard]] bool _hasEqualRawValue(const IPPValue& other) const override;
   void encodeWithCoder(IPPCoder& coder) const override;
 
+ protected:
+  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
+
  private:
   std::vector<Member> owned_;
   std::span<const Member> members_;

@@ -34,7 +34,8 @@ namespace platen::inline v0 {
 /// octets do not decode. They raise nothing.
 ///
 /// Threads: one thread at a time. A reference object: held by `std::shared_ptr`.
-class PLATEN_EXPORT IPPMessage : public IPPCodable {
+class PLATEN_EXPORT IPPMessage : public IPPCodable,
+                                 public std::enable_shared_from_this<IPPMessage> {
  public:
   using Group = std::shared_ptr<IPPAttributeGroup>;
   using Groups = std::vector<Group>;
@@ -87,8 +88,7 @@ class PLATEN_EXPORT IPPMessage : public IPPCodable {
   /// Those of `subscriptionGroup`; nothing when there is none.
   [[nodiscard]] std::optional<Attributes> subscriptionAttributes() const;
 
-  // --- Attributes across all groups
-  // ---------------------------------------------------------------
+  // --- Attributes across all groups -------------------------------------------------------------
 
   /// The attributes whose name matches `pattern`, in group order and then attribute order.
   [[nodiscard]] Attributes attributesForKey(std::string_view pattern) const;
@@ -104,6 +104,12 @@ class PLATEN_EXPORT IPPMessage : public IPPCodable {
   [[nodiscard]] std::vector<RawValue::Dictionary> allNamedValues() const;
   /// The `namedValues` of the first group; nothing when there is none or it is empty.
   [[nodiscard]] std::optional<RawValue::Dictionary> namedValues() const;
+
+  /// A key that is no property of the message. Exactly "@all", "@default" and "@supported" give a
+  /// forwarder to the message (`IPPMessageKVCForwarder`); it holds the message, but for one that no
+  /// `std::shared_ptr` holds, which must outlive it. Every other key gives the first attribute of
+  /// all groups whose name matches it, and raises `UndefinedKeyException` when there is none.
+  [[nodiscard]] KeyValue valueForUndefinedKey(std::string_view key) const override;
 
   /// The same class, and `isEqualToMessage`.
   [[nodiscard]] bool isEqual(const IPPMessage& other) const;
@@ -130,8 +136,11 @@ class PLATEN_EXPORT IPPMessage : public IPPCodable {
   bool readFromFileHandle(int descriptor);
   /// Called when everything has been read or copied.
   virtual void awakeAfterReading();
-  /// A new, empty message of this message's class.
+  /// A new, empty message of this message's class. Every class derived from this one, at whatever
+  /// remove, must override it: `copy` fills what it returns, and would otherwise give a message of
+  /// the base's class, which is not equal to its original.
   [[nodiscard]] virtual std::shared_ptr<IPPMessage> makeEmptyCopy() const;
+  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
 
  private:
   template <class MakeReader>

@@ -70,7 +70,7 @@ class PLATEN_EXPORT IPPMessageStream : public InputStream {
   void setDelegate(std::weak_ptr<StreamDelegate> delegate) override;
   [[nodiscard]] std::optional<std::string> propertyForKey(std::string_view key) const override;
   bool setPropertyForKey(std::string_view property, std::string_view key) override;
-  void scheduleInRunLoop(RunLoop& loop, std::string_view mode) override;
+  bool scheduleInRunLoop(RunLoop& loop, std::string_view mode) override;
   void removeFromRunLoop(RunLoop& loop, std::string_view mode) override;
 
  private:

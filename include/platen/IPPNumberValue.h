@@ -34,6 +34,9 @@ class PLATEN_EXPORT IPPNumberValue : public IPPValueImpl {
   [[nodiscard]] bool _hasEqualRawValue(const IPPValue& other) const override;
   void encodeWithCoder(IPPCoder& coder) const override;
 
+ protected:
+  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
+
  private:
   Number number_;
 };

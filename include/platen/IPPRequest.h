@@ -4,6 +4,8 @@
 /// @file
 /// Requests (RFC 8011 §4.1, §4.2, §4.3).
 
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -11,6 +13,8 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <vector>
 
 #include "platen/Error.h"
 #include "platen/Export.h"
@@ -24,6 +28,14 @@ namespace platen::inline v0 {
 
 class IPPResponse;
 
+/// What names a job by its number: every class with a const operation `jobId` that returns a
+/// `std::int32_t` or an optional one. `IPPResponse` is one.
+template <class Job>
+concept AnswersJobId = requires(const Job& job) {
+  requires std::same_as<std::remove_cvref_t<decltype(job.jobId())>, std::int32_t> ||
+      std::same_as<std::remove_cvref_t<decltype(job.jobId())>, std::optional<std::int32_t>>;
+};
+
 /// A request: a message whose tag is an operation-id. A new one begins with the charset and the
 /// natural language of the user (RFC 8011 §4.1.4) and has the request-id 1.
 ///
@@ -35,9 +47,7 @@ class IPPResponse;
 ///     auto response = request->performOn(*request->printerURI(), &error);
 ///
 /// Threads: one thread at a time. A reference object: held by `std::shared_ptr`.
-class PLATEN_EXPORT IPPRequest : public IPPMessage,
-                                 public IPPConnectionDelegate,
-                                 public std::enable_shared_from_this<IPPRequest> {
+class PLATEN_EXPORT IPPRequest : public IPPMessage, public IPPConnectionDelegate {
  public:
   using Pointer = std::shared_ptr<IPPRequest>;
 
@@ -60,30 +70,189 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage,
   /// The name of the operation, or "Unknown-Operation". Lives for the process.
   static std::string_view operationName(std::int32_t operationId) noexcept;
 
-  // The factories and setters below raise `RangeException` "Invalid parameter" for a URL of 1024
+  // Every factory below makes a new request for the operation that its line names. Where it takes a
+  // URL or addresses the local server, that target follows the default attributes as "job-uri" or
+  // "printer-uri", and "requesting-user-name" follows the target. The URL is taken as it is, of any
+  // scheme. Factories and setters raise `RangeException` "Invalid parameter" for a URL of 1024
   // characters and more.
+  //
+  // Every getter tells what the first attribute of its name holds, in a request that was made here
+  // or decoded; nothing when there is none or its value is of another kind. A text that is empty on
+  // the wire is nothing when it is read.
 
   // --- Jobs -------------------------------------------------------------------------------------
 
   /// Get-Job-Attributes, RFC 8011 §4.3.4.
   static Pointer jobAttributesRequest(const URL& job);
+  /// Create-Job, RFC 8011 §4.2.4: a job whose documents are sent later.
+  static Pointer jobCreateRequest(const URL& queue);
   /// Print-Job, RFC 8011 §4.2.1: the document follows the request.
   static Pointer jobPrintRequest(const URL& queue);
+  /// Validate-Job, RFC 8011 §4.2.3: Print-Job without a document and without a job.
+  static Pointer validateJobRequest(const URL& queue);
+  /// Cancel-Job, RFC 8011 §4.3.3.
+  static Pointer jobCancelRequest(const URL& job);
+  /// Hold-Job, RFC 8011 §4.3.5.
+  static Pointer jobHoldRequest(const URL& job);
+  /// Release-Job, RFC 8011 §4.3.6.
+  static Pointer jobReleaseRequest(const URL& job);
+  /// Restart-Job, RFC 8011 §4.3.7.
+  static Pointer jobRestartRequest(const URL& job);
+  /// CUPS-Move-Job, a CUPS extension: "job-printer-uri" in the job group is the queue to move to.
+  static Pointer jobMoveRequest(const URL& job, const URL& destination);
+  /// Get-Subscriptions, RFC 3995 §11.2.5, addressed to a job.
+  static Pointer jobAvailableSubscriptionsRequest(const URL& job);
+  /// Create-Job-Subscriptions, RFC 3995 §11.1.1, for the job whose number `job.jobId()` is; the
+  /// answer to its creation is such a job, as it comes:
+  ///
+  ///     auto job = IPPRequest::jobCreateRequest(queue)->performOn(queue);
+  ///     auto request = IPPRequest::jobCreateSubscriptionRequest(*job, queue, events);
+  ///
+  /// Addressed to the queue; only "notify-job-id" in the subscription group names the job, behind
+  /// the `setNotifyEvents` of `events`. Raises `RangeException` "Invalid parameter" when the job
+  /// has no number. `job` is only read during the call.
+  template <AnswersJobId Job>
+  static Pointer jobCreateSubscriptionRequest(const Job& job, const URL& target,
+                                              std::span<const std::string> events) {
+    return _jobCreateSubscriptionRequest(job.jobId(), target, events);
+  }
 
   /// "job-uri".
   void setJobURI(const URL& job);
-  /// The URL of "job-uri"; nothing when absent.
   [[nodiscard]] std::optional<URL> jobURI() const;
 
   // --- Printers ---------------------------------------------------------------------------------
 
   /// Get-Printer-Attributes, RFC 8011 §4.2.5.
   static Pointer printerAttributesRequest(const URL& printer);
+  /// Get-Jobs, RFC 8011 §4.2.6.
+  static Pointer printerJobsRequest(const URL& printer);
+  /// Create-Printer-Subscriptions, RFC 3995 §11.1.2, with the `setNotifyEvents` of `events`.
+  static Pointer printerCreateSubscriptionRequest(const URL& printer,
+                                                  std::span<const std::string> events);
+  /// Get-Subscriptions, RFC 3995 §11.2.5.
+  static Pointer printerAvailableSubscriptionsRequest(const URL& printer);
+  /// Pause-Printer, RFC 8011 §4.2.7.
+  static Pointer printerPauseRequest(const URL& printer);
+  /// Resume-Printer, RFC 8011 §4.2.8.
+  static Pointer printerResumeRequest(const URL& printer);
+  /// Purge-Jobs, RFC 8011 §4.2.9.
+  static Pointer printerPurgeJobsRequest(const URL& printer);
+  /// CUPS-Set-Default, a CUPS extension: makes the queue the server's default.
+  static Pointer printerSetDefaultRequest(const URL& printer);
+  /// CUPS-Add-Modify-Printer, a CUPS extension; what the queue is to be is set by the queue
+  /// settings below.
+  static Pointer printerAddModifyQueueRequest(const URL& printer);
+  /// CUPS-Delete-Printer, a CUPS extension. The one request of a target that names no user.
+  static Pointer printerRemoveQueueRequest(const URL& printer);
+
+  // --- The print server -------------------------------------------------------------------------
+  //
+  // CUPS-Get-Printers and CUPS-Get-Devices name neither a target nor a user; every other request
+  // here is addressed to `IPPURI::localServerURI`, wherever it is sent.
+
+  /// CUPS-Get-Printers, a CUPS extension: all queues.
+  static Pointer serverAvailablePrintersRequest();
+  /// CUPS-Get-Devices, a CUPS extension.
+  static Pointer serverAvailableDevicesRequest();
+  /// Get-Subscriptions, RFC 3995 §11.2.5. The name is misspelt and belongs to the interface.
+  static Pointer serverAvailableSubcsriptionsRequest();
+  /// Create-Printer-Subscriptions, RFC 3995 §11.1.2, with the `setNotifyEvents` of `events`.
+  static Pointer serverCreateSubscriptionRequest(std::span<const std::string> events);
+  /// Get-Jobs, RFC 8011 §4.2.6.
+  static Pointer serverAvailableJobsRequest();
+  /// CUPS-Get-Default, a CUPS extension.
+  static Pointer serverDefaultPrintQueueRequest();
+
+  // CUPS-Get-Printers with a filter: "printer-type" is always 0, so that the server is asked for
+  // the queues in which the bit of "printer-type-mask" is clear. To pick queues in which it is set,
+  // ask for all and use the queue lists of `IPPResponse`.
+
+  /// Mask 0: no restriction.
+  static Pointer serverAvailableLocalPrintersRequest();
+  /// Mask 0x2, remote.
+  static Pointer serverAvailableRemotePrintersRequest();
+  /// Mask 0x8, color.
+  static Pointer serverAvailableColorPrintersRequest();
+  /// Mask 0x4, black and white.
+  static Pointer serverAvailableGrayscalePrintersRequest();
+  /// Mask 0x200000, not shared.
+  static Pointer serverAvailableNotSharedPrintersRequest();
+  /// Mask 0x400000, requires authentication. The name is misspelt and belongs to the interface.
+  static Pointer serverAvailablePrintersRequringAuthenticationRequest();
+
+  // --- Subscriptions ----------------------------------------------------------------------------
+  //
+  // The target is a queue or a server, always as "printer-uri".
+
+  /// Get-Subscription-Attributes, RFC 3995 §11.2.4.
+  static Pointer subscriptionAttributesRequest(std::int32_t subscriptionId, const URL& target);
+  /// Renew-Subscription, RFC 3995 §11.2.6.
+  static Pointer subscriptionReNewRequest(std::int32_t subscriptionId, const URL& target);
+  /// Cancel-Subscription, RFC 3995 §11.2.7.
+  static Pointer subscriptionCancelRequest(std::int32_t subscriptionId, const URL& target);
+  /// Get-Notifications, RFC 3996 §5, whose "notify-subscription-ids" is a set: of this one.
+  static Pointer subscriptionGetNotificationsRequest(std::int32_t subscriptionId,
+                                                     const URL& target);
+
+  /// "notify-subscription-id", an operation attribute.
+  void setSubscriptionId(std::int32_t subscriptionId);
+  [[nodiscard]] std::optional<std::int32_t> subscriptionId() const;
+
+  // What a request that makes a subscription has in its subscription group, in the order of the
+  // calls (RFC 3995 §5.3). One way of delivery does not take the place of the other.
+
+  /// "notify-events": keywords. An empty list adds nothing, and no group either.
+  void setNotifyEvents(std::span<const std::string> events);
+  /// The keywords of a set; empty when the attribute is absent or not a set. So one event alone,
+  /// which is a set of one when it is set here, is none any more when it has been encoded and
+  /// decoded: the binary form makes no difference between a value and a set of one.
+  [[nodiscard]] std::vector<std::string> notifyEvents() const;
+  /// "notify-pull-method" = "ippget": events wait at the server for Get-Notifications (RFC 3996).
+  void setIPPGetDeliverySchema();
+  /// "notify-recipient-uri": the server sends events there.
+  void setPushDeliverySchemaWithRecipient(const URL& recipient);
+
+  // --- Queue settings ---------------------------------------------------------------------------
+  //
+  // What CUPS-Add-Modify-Printer sets. All of these are operation attributes here.
 
   /// "printer-uri".
   void setPrinterURI(const URL& printer);
-  /// The URL of "printer-uri"; nothing when absent.
   [[nodiscard]] std::optional<URL> printerURI() const;
+  /// "device-uri": the device behind the queue.
+  void setDeviceURI(const URL& device);
+  [[nodiscard]] std::optional<URL> deviceURI() const;
+  /// "printer-is-accepting-jobs", RFC 8011 §5.4.23.
+  void setPrinterIsAcceptingJobs(bool isAccepting);
+  /// False when absent.
+  [[nodiscard]] bool printerIsAcceptingJobs() const;
+  /// "printer-info", RFC 8011 §5.4.6: below 1024 characters.
+  void setPrinterInfo(std::string_view info);
+  [[nodiscard]] std::optional<std::string> printerInfo() const;
+  /// "printer-location", RFC 8011 §5.4.5: below 1024 characters.
+  void setPrinterLocation(std::string_view location);
+  [[nodiscard]] std::optional<std::string> printerLocation() const;
+  /// "printer-state", RFC 8011 §5.4.11: 3 idle, 5 stopped.
+  void setPrinterState(std::int32_t state);
+  [[nodiscard]] std::optional<std::int32_t> printerState() const;
+  /// "printer-state-message", RFC 8011 §5.4.13: below 1024 characters.
+  void setPrinterStateMessage(std::string_view message);
+  [[nodiscard]] std::optional<std::string> printerStateMessage() const;
+  /// "requesting-user-name-allowed": the only users that may print, each below 256 characters. An
+  /// empty list raises as an empty set does. It goes to the operation group, as all settings here
+  /// do by design; the CUPS print server takes this one from a printer group only, and says nothing
+  /// when it is elsewhere: use `addGroup(IPPAttributeGroup::printerGroup())` and `addNamedValues`.
+  void setAllowedUserNames(std::span<const std::string> names);
+  /// A single name is a list of one; a value of another kind in a set is left out.
+  [[nodiscard]] std::optional<std::vector<std::string>> allowedUserNames() const;
+  /// "requesting-user-name-denied": users that may not print, as `setAllowedUserNames`.
+  void setDeniedUserNames(std::span<const std::string> names);
+  /// As `allowedUserNames`.
+  [[nodiscard]] std::optional<std::vector<std::string>> deniedUserNames() const;
+  /// "printer-is-shared": the server offers the queue to others. There is no getter by design; a
+  /// response tells whether it does.
+  void setPrinterIsShared(bool isShared);
 
   // --- Attributes -------------------------------------------------------------------------------
 
@@ -119,8 +288,7 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage,
   [[nodiscard]] std::string description() const override;
   [[nodiscard]] std::string_view className() const noexcept override;
 
-  // --- Performing, scheduled
-  // ----------------------------------------------------------------------
+  // --- Performing, scheduled --------------------------------------------------------------------
   //
   // The exchange happens on the run loop of the calling thread (`RunLoop::current`), which has to
   // be run. While it is in progress it holds the request, so the last reference to the request may
@@ -160,17 +328,24 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage,
   void responseDidReceiveDataStream(const std::shared_ptr<IPPResponse>& response,
                                     const std::shared_ptr<OutputStream>& stream,
                                     IPPConnectionHandler& handler) override;
-  /// `ippOperationCodename` under that key; nothing under every other.
-  [[nodiscard]] std::optional<std::string> valueForKey(std::string_view key) const override;
+  /// As every message answers it: the exchange is told "ippOperationCodename", and an application
+  /// what it asks for.
+  [[nodiscard]] KeyValue valueForKey(std::string_view key) const override;
 
-  // --- Performing, blocking
-  // -----------------------------------------------------------------------
+  // --- Performing, blocking ---------------------------------------------------------------------
 
   /// Idle time in seconds after which an exchange fails, 60 in every new request: no octet in
   /// either direction. 0 and below: never.
   [[nodiscard]] double timeoutInterval() const noexcept { return timeoutInterval_; }
   /// Sets `timeoutInterval`; the name without "out" is the interface's own.
   void setTimeInterval(double seconds) noexcept { timeoutInterval_ = seconds; }
+  /// How many octets an answer may have, with what follows the message: 256 MiB
+  /// (`kHTTPDefaultMaximumBodyLength`) in every new request. A longer one is a transport failure,
+  /// `HTTPErrorCode::dataLengthExceedsMaximum`.
+  [[nodiscard]] std::size_t maximumResponseLength() const noexcept {
+    return maximumResponseLength_;
+  }
+  void setMaximumResponseLength(std::size_t octets) noexcept { maximumResponseLength_ = octets; }
 
   /// Posts the request to `target` and blocks until the whole answer is there. Returns the
   /// response, also when its status is an error; `error` is then its `status`, and null when all
@@ -179,6 +354,9 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage,
   /// The HTTP status is not looked at. `error` may be null.
   std::shared_ptr<IPPResponse> performOn(const URL& target,
                                          std::shared_ptr<const Error>* error = nullptr);
+  /// The same, for a literal `nullptr` in the place of a stream.
+  std::shared_ptr<IPPResponse> performOn(const URL& target, std::nullptr_t,
+                                         std::shared_ptr<const Error>* error);
   /// The same with a document, which is read to its end into memory and follows the request. A
   /// stream that cannot be opened or fails ends there as an empty or short document does: only its
   /// own `streamError` tells.
@@ -190,7 +368,7 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage,
   std::shared_ptr<IPPResponse> performOn(const URL& target,
                                          const std::shared_ptr<OutputStream>& returningDataStream,
                                          std::shared_ptr<const Error>* error = nullptr);
-  /// Both. Either stream may be null; this is the one to give a literal `nullptr` to.
+  /// Both. Either stream may be null.
   std::shared_ptr<IPPResponse> performOn(const URL& target,
                                          const std::shared_ptr<InputStream>& dataStream,
                                          const std::shared_ptr<OutputStream>& returningDataStream,
@@ -202,9 +380,17 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage,
 
   void awakeAfterReading() override;
   [[nodiscard]] std::shared_ptr<IPPMessage> makeEmptyCopy() const override;
+  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
 
   static Pointer _requestWithIdJobURI(std::int32_t operationId, const URL& job);
   static Pointer _requestWithIdPrinterURI(std::int32_t operationId, const URL& printer);
+  static Pointer _jobCreateSubscriptionRequest(std::optional<std::int32_t> jobId, const URL& target,
+                                               std::span<const std::string> events);
+  static Pointer _subscriptionOperation(std::int32_t operationId, std::int32_t subscriptionId,
+                                        const URL& target);
+  static Pointer _filteredPrintersRequest(std::uint32_t mask);
+  /// "printer-type" = 0 and this "printer-type-mask".
+  void _addPrinterFilteringAttributes(std::uint32_t mask);
   const Group& _operationGroup();
   const Group& _subscriptionGroup();
   const Group& _jobGroup();
@@ -236,6 +422,7 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage,
   bool isStarting_ = false;
   bool isCancelledWhileStarting_ = false;
   double timeoutInterval_;
+  std::size_t maximumResponseLength_;
 };
 
 }  // namespace platen::inline v0

@@ -44,6 +44,9 @@ class PLATEN_EXPORT IPPResolutionValue : public IPPValueImpl {
   /// The numbers are cut to whole ones, held at the limits of 32 bits.
   void encodeWithCoder(IPPCoder& coder) const override;
 
+ protected:
+  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
+
  private:
   Size size_;
   bool inInches_;

@@ -16,6 +16,8 @@
 #include "platen/Export.h"
 #include "platen/IPPMessage.h"
 #include "platen/IPPRequest.h"
+#include "platen/RawValue.h"
+#include "platen/URL.h"
 
 namespace platen::inline v0 {
 
@@ -79,8 +81,185 @@ class PLATEN_EXPORT IPPResponse : public IPPMessage {
   [[nodiscard]] std::string description() const override;
   [[nodiscard]] std::string_view className() const noexcept override;
 
-  // --- Look-ups that the accessors are made of
-  // ----------------------------------------------------
+  // --- What an answer says ----------------------------------------------------------------------
+  //
+  // Every accessor below tells what the first attribute of its name holds, in whatever group. It is
+  // nothing when there is none and when its value is of another kind than the result: a set, null
+  // (an out-of-band value), text for a URL, a boolean for a number. None of them raises anything,
+  // whatever a server sends; `attributeValueForKey` has the value as it came.
+  //
+  // A number is an integer or an enum of 32 bits. A string is any text, name, keyword or other
+  // string syntax, with a language or without; one that is empty on the wire is nothing. A list of
+  // strings is the strings of a set, or a single string: values of another kind are left out, and
+  // where only those are there the list is nothing too.
+
+  // --- Jobs -------------------------------------------------------------------------------------
+
+  /// "job-uri", RFC 8011 §5.3.2.
+  [[nodiscard]] std::optional<URL> jobURI() const;
+  /// "job-printer-uri", RFC 8011 §5.3.3.
+  [[nodiscard]] std::optional<URL> jobPrinterURI() const;
+  /// "job-more-info", RFC 8011 §5.3.4.
+  [[nodiscard]] std::optional<URL> jobMoreInfoURI() const;
+  /// "job-id", RFC 8011 §5.3.1.
+  [[nodiscard]] std::optional<std::int32_t> jobId() const;
+  /// "job-uuid" as it came, which `jobAttributes` takes: a URL, or a string from a server that does
+  /// not send it as a uri; absent in every other case.
+  [[nodiscard]] RawValue jobUUID() const;
+  /// "job-name", RFC 8011 §5.3.5.
+  [[nodiscard]] std::optional<std::string> jobName() const;
+  /// "job-state", RFC 8011 §5.3.7.
+  [[nodiscard]] std::optional<std::int32_t> jobState() const;
+  /// The first of "job-state-reasons", RFC 8011 §5.3.8.
+  [[nodiscard]] std::optional<std::string> jobStateReason() const;
+  /// "job-printer-state-message", a CUPS extension.
+  [[nodiscard]] std::optional<std::string> jobPrinterStateMessage() const;
+  /// "job-media-sheets-completed", RFC 8011 §5.3.18.3.
+  [[nodiscard]] std::optional<std::int32_t> jobCompletedMediaSheetsCount() const;
+  /// "job-media-progress", per cent of the sheet in hand; a CUPS extension.
+  [[nodiscard]] std::optional<std::int32_t> jobMediaProgress() const;
+  /// "job-priority", RFC 8011 §5.2.1.
+  [[nodiscard]] std::optional<std::int32_t> jobPriority() const;
+  /// "job-originating-user-name", RFC 8011 §5.3.6.
+  [[nodiscard]] std::optional<std::string> jobOriginatingUserName() const;
+  /// "job-originating-host-name", a CUPS extension.
+  [[nodiscard]] std::optional<std::string> jobOriginatingHostName() const;
+
+  // Instants, RFC 8011 §5.3.14, where a print server counts signed seconds from the beginning of
+  // 1970 (a printer may count from its own start). Never nothing: that beginning itself when the
+  // attribute is absent or no number, such as the no-value of a job that is not completed.
+
+  /// "time-at-creation".
+  [[nodiscard]] Date jobTimeCreation() const;
+  /// "time-at-processing".
+  [[nodiscard]] Date jobTimeProcessing() const;
+  /// "time-at-completed".
+  [[nodiscard]] Date jobTimeCompleted() const;
+
+  // --- Printers ---------------------------------------------------------------------------------
+
+  /// "printer-uri".
+  [[nodiscard]] std::optional<URL> printerURI() const;
+  /// "printer-state", RFC 8011 §5.4.11.
+  [[nodiscard]] std::optional<std::int32_t> printerState() const;
+  /// "printer-state-message", RFC 8011 §5.4.13.
+  [[nodiscard]] std::optional<std::string> printerStateMessage() const;
+  /// "printer-state-reasons", RFC 8011 §5.4.12: a list of strings.
+  [[nodiscard]] std::optional<std::vector<std::string>> printerStateReasons() const;
+  /// "printer-is-accepting-jobs", RFC 8011 §5.4.23; false when absent or no boolean.
+  [[nodiscard]] bool isAcceptingJobs() const;
+  /// The `namedValues` of the first printer group; nothing when there is none or it is empty.
+  [[nodiscard]] std::optional<RawValue::Dictionary> printerAttributes() const;
+
+  // What the first "printer-type" says, a bit mask of the CUPS print server extension. All bits are
+  // clear when it is absent or no number.
+
+  /// Bit 0x2.
+  [[nodiscard]] bool isPrintQueueRemote() const;
+  /// Not `isPrintQueueRemote`.
+  [[nodiscard]] bool isPrintQueueLocal() const;
+  /// Bit 0x8.
+  [[nodiscard]] bool isPrintQueueColor() const;
+  /// Bit 0x4.
+  [[nodiscard]] bool isPrintQueueGrayscale() const;
+  /// Bit 0x10.
+  [[nodiscard]] bool canPrintQueueDuplex() const;
+  /// Bit 0x20.
+  [[nodiscard]] bool canPrintQueueStaple() const;
+  /// Bit 0x80.
+  [[nodiscard]] bool canPrintQueueCollate() const;
+
+  // Always false, whatever "printer-type" says: by design these are not told of one queue. The
+  // queue lists below tell which queues require authentication and which is the default.
+
+  [[nodiscard]] bool isPrintQueueRequiringAuthentication() const;
+  [[nodiscard]] bool isPrintQueueNotShared() const;
+  [[nodiscard]] bool isPrintQueueDefault() const;
+  [[nodiscard]] bool canPrintQueuePunch() const;
+  [[nodiscard]] bool canPrintQueueCover() const;
+  [[nodiscard]] bool canPrintQueueBind() const;
+  [[nodiscard]] bool canPrintQueueSort() const;
+
+  // --- Subscriptions and events -----------------------------------------------------------------
+
+  /// "notify-subscription-id", RFC 3995 §5.4.
+  [[nodiscard]] std::optional<std::int32_t> subscriptionId() const;
+  /// The same as `subscriptionId`.
+  [[nodiscard]] std::optional<std::int32_t> notifySubscriptionId() const;
+  /// The same as `subscriptionId`.
+  [[nodiscard]] std::optional<std::int32_t> jobSubscriptionId() const;
+  /// "notify-job-id", RFC 3995 §5.4.
+  [[nodiscard]] std::optional<std::int32_t> notifyJobId() const;
+  /// "notify-printer-uri", RFC 3995 §5.4.
+  [[nodiscard]] std::optional<URL> notifyPrinterURI() const;
+  /// "notify-recipient-uri", RFC 3995 §5.3.
+  [[nodiscard]] std::optional<URL> notifyRecipientURI() const;
+  /// "notify-subscriber-user-name", RFC 3995 §5.4.
+  [[nodiscard]] std::optional<std::string> notifySubscriberName() const;
+  /// "notify-lease-duration" in seconds, RFC 3995 §5.3; 0 never ends.
+  [[nodiscard]] std::optional<std::int32_t> notifyLeaseDuration() const;
+  /// "notify-events", RFC 3995 §5.3: a list of strings. Unlike that of a request, it has a single
+  /// event too.
+  [[nodiscard]] std::optional<std::vector<std::string>> notifyEvents() const;
+  /// "notify-time-interval" in seconds, RFC 3995 §5.3; 0 when absent or no number.
+  [[nodiscard]] double notifyTimeInterval() const;
+  /// "notify-get-interval" in seconds, after which to ask for events again, RFC 3996 §5; 0 when
+  /// absent or no number. The name is misspelt and belongs to the interface.
+  [[nodiscard]] double notifyGetInternal() const;
+
+  // --- Lists of what was asked for, and one of them by its name ---------------------------------
+  //
+  // Lists have one entry for each attribute of that name in the message, in order, duplicates kept;
+  // values of another kind are left out.
+
+  /// Every "printer-name".
+  [[nodiscard]] std::vector<std::string> availablePrintQueues() const;
+  /// Every "device-info"; a CUPS extension.
+  [[nodiscard]] std::vector<std::string> availableDevices() const;
+  /// Every "job-uuid", each as `jobUUID` tells it.
+  [[nodiscard]] RawValue::Array availableJobs() const;
+  /// Every "notify-subscription-id".
+  [[nodiscard]] std::vector<std::int32_t> availableSubscriptions() const;
+  /// The same as `availableSubscriptions`.
+  [[nodiscard]] std::vector<std::int32_t> jobAvailableSubscriptions() const;
+
+  // The attributes of the first group of a kind in which any attribute, whatever its name, has the
+  // given value, shared with this message; nothing when there is none, or for an absent value.
+
+  /// Of a printer group; `queue` is normally a name out of `availablePrintQueues`.
+  [[nodiscard]] std::optional<Attributes> printQueueAttributes(const RawValue& queue) const;
+  /// The same: devices come in printer groups too. `device` is normally out of `availableDevices`.
+  [[nodiscard]] std::optional<Attributes> deviceAttributes(const RawValue& device) const;
+  /// Of a job group; `jobUUID` is normally out of `availableJobs`.
+  [[nodiscard]] std::optional<Attributes> jobAttributes(const RawValue& jobUUID) const;
+  using IPPMessage::subscriptionAttributes;
+  /// Of a subscription group.
+  [[nodiscard]] std::optional<Attributes> subscriptionAttributes(std::int32_t subscriptionId) const;
+  /// The same as `subscriptionAttributes`.
+  [[nodiscard]] std::optional<Attributes> jobSubscriptionAttributes(
+      std::int32_t subscriptionId) const;
+  /// "printer-uri-supported" among `printQueueAttributes`, RFC 8011 §5.4.1; the first URL of a set.
+  [[nodiscard]] std::optional<URL> printQueueUri(std::string_view queue) const;
+
+  // --- Queues by what they are ------------------------------------------------------------------
+  //
+  // The "printer-name" of each printer group whose "printer-type" has the bits, in order. A group
+  // without a "printer-type" has none of them set; a group without a name is passed over.
+
+  /// Neither 0x2 nor 0x10000.
+  [[nodiscard]] std::vector<std::string> localPrintQueues() const;
+  /// 0x2 or 0x10000: also a queue of which `isPrintQueueRemote`, which asks for 0x2 only, is false.
+  [[nodiscard]] std::vector<std::string> remotePrintQueues() const;
+  /// 0x8.
+  [[nodiscard]] std::vector<std::string> colorPrintQueues() const;
+  /// 0x4.
+  [[nodiscard]] std::vector<std::string> grayscalePrintQueues() const;
+  /// 0x400000.
+  [[nodiscard]] std::vector<std::string> requiringAuthenticationPrintQueues() const;
+  /// The first with 0x20000; nothing when no queue has it.
+  [[nodiscard]] std::optional<std::string> defaultPrintQueue() const;
+
+  // --- Look-ups that the accessors are made of --------------------------------------------------
 
   [[nodiscard]] std::vector<std::string> _allUnsupportedAttributeNames() const;
   [[nodiscard]] std::vector<std::string> _allUnknownAttributeNames() const;
@@ -105,6 +284,13 @@ class PLATEN_EXPORT IPPResponse : public IPPMessage {
 
  protected:
   [[nodiscard]] std::shared_ptr<IPPMessage> makeEmptyCopy() const override;
+  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
+
+  /// The first "printer-type" as 32 bits; 0 when absent or no number.
+  [[nodiscard]] std::uint32_t _printerType() const;
+  /// The names of the queues whose "printer-type" has any bit of the mask, or those of the others.
+  [[nodiscard]] std::vector<std::string> _queuesMatchingPrinterTypeMask(
+      std::uint32_t mask, bool excludingResults) const;
 };
 
 }  // namespace platen::inline v0

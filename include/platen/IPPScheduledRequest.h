@@ -5,12 +5,11 @@
 /// The interfaces of a scheduled exchange: its handle, and those who are told how it goes.
 
 #include <memory>
-#include <optional>
-#include <string>
 #include <string_view>
 
 #include "platen/Error.h"
 #include "platen/Export.h"
+#include "platen/KeyValue.h"
 #include "platen/Stream.h"
 
 namespace platen::inline v0 {
@@ -36,9 +35,13 @@ class PLATEN_EXPORT IPPScheduledRequest {
 /// An application's receiver of what happens to a request that it sent. Every operation has an
 /// empty default. All are called on the thread and from within the run loop that `sendTo` was
 /// called on, `requestWillSend` and `dataStreamForRequest` from within `sendTo` itself. From within
-/// each an application may cancel the request, send it again or drop its last reference to it. What
-/// an operation throws ends the exchange, of which nothing more is told, and leaves the call that
-/// led to it: `sendTo` in the first two, the run loop's in the others.
+/// each an application may cancel the request or drop its last reference to it, and from all but
+/// those two send it again. What an operation throws ends the exchange, of which nothing more is
+/// told, and leaves the call that led to it: `sendTo` in the first two, the run loop's in the
+/// others. What a stream for the octets after the response throws leaves the run loop's call too,
+/// when the last operation has been called.
+///
+/// Threads: called on the thread of `sendTo` only.
 class PLATEN_EXPORT IPPRequestDelegate {
  public:
   virtual ~IPPRequestDelegate();
@@ -65,6 +68,8 @@ class PLATEN_EXPORT IPPRequestDelegate {
 
 /// The receiver of what happens to an exchange: the same operations, with the handler in the place
 /// of the request. `IPPRequest` is one, and passes everything on to its own delegate.
+///
+/// Threads: called on the thread that started the exchange only.
 class PLATEN_EXPORT IPPConnectionDelegate {
  public:
   virtual ~IPPConnectionDelegate();
@@ -79,8 +84,8 @@ class PLATEN_EXPORT IPPConnectionDelegate {
                                             const std::shared_ptr<OutputStream>& stream,
                                             IPPConnectionHandler& handler);
   /// Asked for "ippOperationCodename" when a malformed answer is kept: the name of the operation.
-  /// Without one the answer is not kept.
-  [[nodiscard]] virtual std::optional<std::string> valueForKey(std::string_view key) const;
+  /// When it is not a string the answer is not kept. Absent here.
+  [[nodiscard]] virtual KeyValue valueForKey(std::string_view key) const;
 };
 
 }  // namespace platen::inline v0

@@ -41,6 +41,9 @@ class PLATEN_EXPORT IPPStringValue : public IPPValueImpl {
   /// In ASCII, unless a class says otherwise.
   void encodeWithCoder(IPPCoder& coder) const override;
 
+ protected:
+  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
+
  private:
   Text text_;
 };

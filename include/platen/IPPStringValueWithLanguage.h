@@ -37,6 +37,9 @@ class PLATEN_EXPORT IPPStringValueWithLanguage : public IPPStringValue {
       const IPPStringValueWithLanguage& other) const noexcept;
   void encodeWithCoder(IPPCoder& coder) const override;
 
+ protected:
+  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
+
  private:
   Text language_;
 };

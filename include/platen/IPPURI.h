@@ -28,7 +28,7 @@ namespace platen::inline v0 {
 class PLATEN_EXPORT IPPURI {
  public:
   /// A text that may be missing; nothing is made from a missing one.
-  using Text = std::optional<std::string_view>;
+  using OptionalText = std::optional<std::string_view>;
   /// A job's number, which may be missing too.
   using JobId = std::optional<std::int64_t>;
 
@@ -39,26 +39,26 @@ class PLATEN_EXPORT IPPURI {
 
   /// `ipp://SERVER/RESOURCE`, from which all that follow are made. `resource` brings no slash of
   /// its own in front.
-  static std::optional<URL> namedServerResourceURI(Text server, Text resource);
+  static std::optional<URL> namedServerResourceURI(OptionalText server, OptionalText resource);
 
   // The server as a whole, and the pages of its administration. The local server is "localhost".
 
   /// `ipp://localhost/`
   static std::optional<URL> localServerURI();
   /// `ipp://SERVER/`
-  static std::optional<URL> namedServerURI(Text server);
+  static std::optional<URL> namedServerURI(OptionalText server);
   /// `ipp://localhost/admin`
   static std::optional<URL> localServerAdminURI();
   /// `ipp://SERVER/admin`
-  static std::optional<URL> namedServerAdminURI(Text server);
+  static std::optional<URL> namedServerAdminURI(OptionalText server);
   /// `ipp://localhost/admin/conf`
   static std::optional<URL> localServerAdminConfURI();
   /// `ipp://SERVER/admin/conf`
-  static std::optional<URL> namedServerAdminConfURI(Text server);
+  static std::optional<URL> namedServerAdminConfURI(OptionalText server);
   /// `ipp://localhost/admin/log`
   static std::optional<URL> localServerAdminLogURI();
   /// `ipp://SERVER/admin/log`
-  static std::optional<URL> namedServerAdminLogURI(Text server);
+  static std::optional<URL> namedServerAdminLogURI(OptionalText server);
 
   // Its collections, and what is in them. A class, a job and a queue of a plain IPP server are
   // addressed by their bare name or number at the server's root; only the queues of a CUPS server
@@ -67,33 +67,33 @@ class PLATEN_EXPORT IPPURI {
   /// `ipp://localhost/classes`
   static std::optional<URL> localServerClassesURI();
   /// `ipp://SERVER/classes`
-  static std::optional<URL> namedServerClassesURI(Text server);
+  static std::optional<URL> namedServerClassesURI(OptionalText server);
   /// `ipp://localhost/NAME`
-  static std::optional<URL> localServerNamedClassURI(Text name);
+  static std::optional<URL> localServerNamedClassURI(OptionalText name);
   /// `ipp://SERVER/NAME`
-  static std::optional<URL> namedServerNamedClassURI(Text server, Text name);
+  static std::optional<URL> namedServerNamedClassURI(OptionalText server, OptionalText name);
   /// `ipp://localhost/jobs`
   static std::optional<URL> localServerJobsURI();
   /// `ipp://SERVER/jobs`
-  static std::optional<URL> namedServerJobsURI(Text server);
+  static std::optional<URL> namedServerJobsURI(OptionalText server);
   /// `ipp://localhost/ID`, the number in decimal.
   static std::optional<URL> localServerJobURI(JobId jobId);
   /// `ipp://SERVER/ID`, the number in decimal.
-  static std::optional<URL> namedServerJobURI(Text server, JobId jobId);
+  static std::optional<URL> namedServerJobURI(OptionalText server, JobId jobId);
   /// `ipp://localhost/printers`
   static std::optional<URL> localServerPrintersURI();
   /// `ipp://SERVER/printers`
-  static std::optional<URL> namedServerPrintersURI(Text server);
+  static std::optional<URL> namedServerPrintersURI(OptionalText server);
   /// `ipp://localhost/printers/NAME`
-  static std::optional<URL> localServerNamedPrinterURI(Text name);
+  static std::optional<URL> localServerNamedPrinterURI(OptionalText name);
   /// `ipp://SERVER/NAME`
-  static std::optional<URL> namedIPPServerNamedPrinterURI(Text server, Text name);
+  static std::optional<URL> namedIPPServerNamedPrinterURI(OptionalText server, OptionalText name);
   /// `ipp://SERVER/printers/NAME`
-  static std::optional<URL> namedCUPSServerNamedPrinterURI(Text server, Text name);
+  static std::optional<URL> namedCUPSServerNamedPrinterURI(OptionalText server, OptionalText name);
   /// `ipp://localhost/printers/NAME.ppd`: the printer's description file.
-  static std::optional<URL> localServerNamedPrinterPPDURI(Text name);
+  static std::optional<URL> localServerNamedPrinterPPDURI(OptionalText name);
   /// `ipp://SERVER/printers/NAME.ppd`: the printer's description file.
-  static std::optional<URL> namedServerNamedPrinterPPDURI(Text server, Text name);
+  static std::optional<URL> namedServerNamedPrinterPPDURI(OptionalText server, OptionalText name);
 
   // What a URI says.
 

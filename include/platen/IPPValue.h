@@ -236,6 +236,9 @@ class PLATEN_EXPORT IPPValue : public IPPCodable {
   static Pointer booleanWithBool(bool value);
   static Pointer integerWithInt(std::int32_t value);
   static Pointer enumerationWithInt(std::int32_t value);
+
+ protected:
+  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
 };
 
 /// A value that stores one raw object.

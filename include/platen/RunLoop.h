@@ -19,6 +19,9 @@ namespace platen::inline v0 {
 ///
 /// Names of hosts are resolved on threads that libuv keeps for the process. No loop waits for them,
 /// not even when it goes; but a normal end of the process waits for a look-up that is under way.
+/// libuv looks up two names at a time: behind two that no name service answers, exchanges with
+/// other names wait until the system gives those up or their own time-out comes. Exchanges with
+/// numeric addresses and "localhost" need no look-up.
 ///
 /// An application with an event loop of its own embeds this one: it waits on `descriptor` for
 /// reading, no longer than `timeout`, and then calls `runOnce(0)`. The headers in platen/adapters/

@@ -76,10 +76,13 @@ class PLATEN_EXPORT Stream {
   /// it; the streams of this library always do.
   virtual bool setPropertyForKey(std::string_view property, std::string_view key);
 
-  /// Has the delegate told of events from within `loop`'s turns, until removed; for streams that
-  /// raise events. Those made here raise none of their own: they are asked, not waited for, and for
-  /// them this does nothing. `mode` names a set of sources; the library has one, "default".
-  virtual void scheduleInRunLoop(RunLoop& loop, std::string_view mode);
+  /// Has the delegate told of events from within `loop`'s turns, until removed or closed; to be
+  /// called when the stream is open. Returns whether that will happen. Of the streams made here
+  /// those over a pipe, a socket or a terminal do it: `hasBytesAvailable` is told when a read would
+  /// give octets, the end or an error, once for each time that the stream is read or scheduled
+  /// anew. All others are asked, not waited for: they return false, the default. `mode` names a set
+  /// of sources; the library has one, "default". The thread is that of `loop`.
+  virtual bool scheduleInRunLoop(RunLoop& loop, std::string_view mode);
   virtual void removeFromRunLoop(RunLoop& loop, std::string_view mode);
 
  private:

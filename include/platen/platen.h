@@ -2,7 +2,8 @@
 #pragma once
 
 /// @file
-/// Everything at once.
+/// Everything at once, but for what not every program can use: platen/Awaitable.h (coroutines) and
+/// platen/adapters/ (other event loops).
 
 #include "platen/Data.h"
 #include "platen/Dictionary.h"
@@ -14,12 +15,17 @@
 #include "platen/IPPAttribute.h"
 #include "platen/IPPAttributeGroup.h"
 #include "platen/IPPBytesReader.h"
+#include "platen/IPPCodableClass.h"
 #include "platen/IPPCoder.h"
 #include "platen/IPPConnection.h"
 #include "platen/IPPConstants.h"
 #include "platen/IPPDateTime.h"
+#include "platen/IPPKeyedArchive.h"
+#include "platen/IPPKeyedArchiver.h"
+#include "platen/IPPKeyedUnarchiver.h"
 #include "platen/IPPMap.h"
 #include "platen/IPPMessage.h"
+#include "platen/IPPMessageKVCForwarder.h"
 #include "platen/IPPMessageStream.h"
 #include "platen/IPPNullValue.h"
 #include "platen/IPPNumberValue.h"
@@ -33,6 +39,8 @@
 #include "platen/IPPURI.h"
 #include "platen/IPPUnarchiver.h"
 #include "platen/IPPValue.h"
+#include "platen/KeyValue.h"
+#include "platen/KeyValueAccess.h"
 #include "platen/RawValue.h"
 #include "platen/RunLoop.h"
 #include "platen/Stream.h"

@@ -56,6 +56,9 @@ class PrintServers {
   std::filesystem::path ippeveDocuments() const { return setting("IPPEVE_DOCUMENTS"); }
   /// The document of the job, octet for octet what arrived; empty when there is none.
   std::filesystem::path ippeveDocument(int jobId) const;
+  /// Whether cupsd can list devices and drivers: it needs programs for that which scripts/setup
+  /// gets where it can. Without them it answers with server-error-internal-error.
+  bool cupsListsDevices() const { return setting("CUPS_LISTS_DEVICES") == "yes"; }
   /// The logs, for the message of a failing test.
   std::filesystem::path cupsLog() const { return setting("CUPS_LOG"); }
   std::filesystem::path ippeveLog() const { return setting("IPPEVE_LOG"); }

@@ -142,10 +142,6 @@ TEST(Attributes, RecognisesAnAnswerThatIsNotIPP) {
         connection.readRequest();
         connection.answer(200, page, "Content-Type: text/html\r\n");
       },
-      [&](auto& connection) {
-        connection.readRequest();
-        connection.answer(404, page, "Content-Type: text/html\r\n");
-      },
       [](auto& connection) {
         connection.readRequest();
         connection.answer(200, "");
@@ -157,6 +153,24 @@ TEST(Attributes, RecognisesAnAnswerThatIsNotIPP) {
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.err.substr(0, 47), "platen: Get-Printer-Attributes: the answer of i");
     EXPECT_NE(run.err.find(" is not an IPP message\n"), std::string::npos) << run.err;
+  }
+}
+
+TEST(Attributes, TellsAStatusOfHTTP) {
+  const struct {
+    int status;
+    std::string text;
+  } cases[] = {{404, "404 (Not Found)"}, {401, "401 (Unauthorized)"}, {418, "418"}};
+  for (const auto& [status, text] : cases) {
+    const FakePrinter printer([code = status](auto& connection) {
+      connection.readRequest();
+      connection.answer(code, "<!DOCTYPE html>", "Content-Type: text/html\r\n");
+    });
+    const ToolRun run = attributes(printer);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "platen: Get-Printer-Attributes refused by " + printer.uri() +
+                           ": HTTP status " + text + "\n");
   }
 }
 

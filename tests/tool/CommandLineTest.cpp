@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <pty.h>
 
 #include <string>
-#include <thread>
+#include <vector>
 
 #include "tests/tool/MessageOctets.h"
+#include "tests/tool/Terminal.h"
 #include "tests/tool/ToolRun.h"
 
 namespace platen::test {
@@ -20,20 +20,38 @@ TEST(CommandLine, TellsItsVersion) {
   EXPECT_EQ(run.out.find('\n'), run.out.size() - 1);
 }
 
+const std::vector<Arguments> kCommands{
+    {"attributes"},      {"print"},         {"dump"},      {"queues"},
+    {"default"},         {"pause"},         {"resume"},    {"purge"},
+    {"queue"},           {"queue", "add"},  {"devices"},   {"queue", "remove"},
+    {"queue", "modify"}, {"jobs"},          {"job"},       {"hold"},
+    {"release"},         {"restart"},       {"cancel"},    {"move"},
+    {"watch"},           {"subscriptions"}, {"subscribe"}, {"renew"},
+    {"unsubscribe"}};
+
 TEST(CommandLine, HelpsWithEachCommandAndTheExitStatuses) {
-  for (const Arguments& arguments :
-       {Arguments{"--help"}, {"attributes", "--help"}, {"print", "--help"}, {"dump", "-h"}}) {
+  for (Arguments arguments : kCommands) {
+    arguments.emplace_back("--help");
     const ToolRun run = runTool(arguments);
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.err, "");
-    EXPECT_NE(run.out.find("Usage: platen"), std::string::npos);
+    EXPECT_NE(run.out.find("Usage: platen " + arguments.front()), std::string::npos);
     EXPECT_NE(run.out.find("  3  no answer"), std::string::npos);
+  }
+  EXPECT_NE(runTool({"-h"}).out.find("  129, 130, 143  ended by"), std::string::npos);
+}
+
+TEST(CommandLine, NamesEveryCommandInItsHelp) {
+  const std::string help = runTool({"--help"}).out;
+  for (const Arguments& command : kCommands) {
+    EXPECT_NE(help.find("\n  " + command.front() + " "), std::string::npos) << command.front();
   }
 }
 
 TEST(CommandLine, KeepsItsHelpWithin100Columns) {
-  for (const char* command : {"attributes", "print", "dump"}) {
-    const std::string help = runTool({command, "--help"}).out;
+  for (Arguments arguments : kCommands) {
+    arguments.emplace_back("--help");
+    const std::string help = runTool(arguments).out;
     for (std::size_t begin = 0, end = 0; (end = help.find('\n', begin)) != std::string::npos;
          begin = end + 1) {
       EXPECT_LE(end - begin, 100U) << help.substr(begin, end - begin);
@@ -75,6 +93,8 @@ TEST(CommandLine, RefusesWhatMakesNoSense) {
       {{"attributes", "ipp://localhost/", ""}, "\"\" is not the name of an attribute"},
       {{"attributes", "ipp://localhost/", std::string(256, 'n')}, "nn\" is not the name"},
       {{"attributes", "ipp://localhost/", "\xC3\xA9"}, "is not the name of an attribute"},
+      {{"attributes", "ipp://localhost/", "ipps://localhost/"}, "encrypted"},
+      {{"attributes", "ipp://localhost/", "printer-state", "://"}, "\"://\" is"},
       {{"attributes", longURI}, "at most 1023 characters"},
   };
   for (const auto& [arguments, reason] : cases) {
@@ -104,21 +124,8 @@ TEST(CommandLine, ComplainsAboutAFullDisk) {
 // What a dump looks like on a terminal of that many columns.
 std::string dumpOnTerminal(const std::string& message, unsigned short columns,
                            const std::vector<std::string>& environment) {
-  int master = -1;
-  int slave = -1;
-  const winsize size{25, columns, 0, 0};
-  EXPECT_EQ(::openpty(&master, &slave, nullptr, nullptr, &size), 0);
   const ScratchFile in(message);
-  const pid_t process = startTool({"dump", "-"}, in.descriptor(), slave, slave, environment);
-  ::close(slave);
-  std::string shown;
-  char buffer[1024];
-  for (ssize_t count = 0; (count = ::read(master, buffer, sizeof buffer)) > 0;) {
-    shown.append(buffer, static_cast<std::size_t>(count));
-  }
-  ::close(master);
-  EXPECT_EQ(statusOf(process), 0);
-  return shown;
+  return runOnTerminal({"dump", "-"}, in.descriptor(), columns, environment).out;
 }
 
 const std::string kTwoValues =

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <utility>
@@ -20,12 +21,19 @@ class FakePrinter {
   /// Answers of HTTP status 200 with these bodies, all on one connection.
   explicit FakePrinter(std::vector<std::string> answers) : peer_({scriptFor(std::move(answers))}) {}
   explicit FakePrinter(Script script) : peer_({std::move(script)}) {}
+  /// The same script for each of that many connections, at the same time.
+  FakePrinter(std::size_t count, const Script& script) : peer_(count, script) {}
 
   std::string uri(const std::string& path = "/ipp/print") const {
     return "ipp://127.0.0.1:" + std::to_string(peer_.port()) + path;
   }
   std::size_t connectionCount() const { return peer_.connectionCount(); }
-  std::size_t requestCount() const { return peer_.requests().size(); }
+  /// The end of a connection is none.
+  std::size_t requestCount() const {
+    const auto requests = peer_.requests();
+    return requests.size() -
+           static_cast<std::size_t>(std::count(requests.begin(), requests.end(), ""));
+  }
 
   /// What followed the HTTP head of that request.
   std::string body(std::size_t index) const {

@@ -6,7 +6,10 @@
 #include <iterator>
 #include <string>
 
+#include "platen/IPPRequest.h"
+#include "platen/IPPResponse.h"
 #include "tests/support/PrintServers.h"
+#include "tests/tool/RunningTool.h"
 #include "tests/tool/ToolRun.h"
 
 namespace platen::test {
@@ -89,6 +92,55 @@ TEST_F(PrintServersTool, PrintsOnCupsdAndShowsTheJobsWay) {
   EXPECT_NE(run.out.find(": processing (job-printing)\n"), std::string::npos) << run.out;
   EXPECT_NE(run.out.find(": completed"), std::string::npos) << run.out;
   EXPECT_EQ(contentsOf(servers_.cupsDocument(std::stoi(run.out.substr(4)))), document_);
+}
+
+TEST_F(PrintServersTool, StreamsAPipeToBothServers) {
+  servers_.addQueue("tool");
+  servers_.waitForIppeveIdle();
+  for (const std::string& uri : {servers_.ippeveURI(), queue("tool")}) {
+    RunningTool tool({"print", uri, "-", "--format", "application/pdf", "--wait"});
+    tool.write(document_);
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));  // longer than it takes to send
+    tool.write(std::string(300'000, 'x'));
+    tool.closeInput();
+    const ToolRun run = tool.end();
+    EXPECT_EQ(run.status, 0) << run.err;
+    ASSERT_TRUE(run.out.starts_with("job ")) << run.out;
+    const int job = std::stoi(run.out.substr(4));
+    const auto file =
+        uri == servers_.ippeveURI() ? servers_.ippeveDocument(job) : servers_.cupsDocument(job);
+    EXPECT_EQ(contentsOf(file), document_ + std::string(300'000, 'x'));
+  }
+}
+
+TEST_F(PrintServersTool, CancelsAJobOfCupsd) {
+  servers_.addQueue("slow", "testdev:/5");
+  const std::string file = folder_.add("letter.pdf", document_);
+  RunningTool tool({"print", queue("slow"), file, "--wait"});
+  ASSERT_TRUE(tool.waitForOutput("processing (job-printing)\n"));
+  tool.signal(SIGINT);
+  const ToolRun run = tool.end();
+  EXPECT_EQ(run.status, 130);
+  const std::string title = run.out.substr(0, run.out.find(':'));
+  EXPECT_EQ(run.err, "platen: canceled " + title + "\n");
+  const std::string uri = run.out.substr(title.size() + 2, run.out.find('\n') - title.size() - 2);
+  auto question = IPPRequest::jobAttributesRequest(URL::parse(uri).value());
+  const auto answer = question->performOn(URL::parse(uri).value());
+  ASSERT_NE(answer, nullptr);
+  constexpr int kCanceled = 7;  // RFC 8011 §5.3.7
+  EXPECT_EQ(answer->attributeValueForKey("job-state").description(), std::to_string(kCanceled));
+}
+
+TEST_F(PrintServersTool, AsksBothServersAtOnce) {
+  servers_.addQueue("tool");
+  servers_.waitForIppeveIdle();
+  const ToolRun run = runTool(
+      {"attributes", servers_.ippeveURI(), queue("missing"), queue("tool"), "printer-name"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, servers_.ippeveURI() +
+                         "\nPrinter attributes\n  printer-name  Test Printer\n\n" + queue("tool") +
+                         "\nPrinter attributes\n  printer-name  tool\n");
+  EXPECT_NE(run.err.find("client-error-not-found"), std::string::npos) << run.err;
 }
 
 TEST_F(PrintServersTool, TellsWhyCupsdRefuses) {

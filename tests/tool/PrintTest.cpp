@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tests/tool/FakePrinter.h"
+#include "tests/tool/JobAnswer.h"
 #include "tests/tool/MessageOctets.h"
 #include "tests/tool/ToolRun.h"
 
@@ -12,16 +13,6 @@ namespace platen::test {
 namespace {
 
 using namespace std::string_literals;
-
-// An answer about job 12. Its job-uri names a host that nobody shall be sent to.
-std::string jobAnswer(int state, const std::string& reasons = "none") {
-  return response(0, "\x02" + attribute(0x45, "job-uri", "ipp://third-party.invalid/jobs/12") +
-                         attribute(0x21, "job-id", int32(12)) +
-                         attribute(0x23, "job-state", int32(state)) +
-                         attribute(0x44, "job-state-reasons", reasons));
-}
-
-const std::string kFirstLine = "job 12: ipp://third-party.invalid/jobs/12\n";
 
 ToolRun print(const FakePrinter& printer, const std::string& file, const Arguments& options = {},
               const std::string& input = "") {

@@ -48,15 +48,17 @@ class ScratchFile {
 };
 
 /// The environment of this process without what changes the command's output, and with `more`.
+/// There is no home to leave anything in.
 inline std::vector<std::string> toolEnvironment(const std::vector<std::string>& more) {
   std::vector<std::string> variables = more;
   for (char** variable = ::environ; *variable != nullptr; ++variable) {
     const std::string_view text = *variable;
     if (!text.starts_with("COLUMNS=") && !text.starts_with("NO_COLOR=") &&
-        !text.starts_with("TERM=")) {
+        !text.starts_with("TERM=") && !text.starts_with("HOME=")) {
       variables.emplace_back(text);
     }
   }
+  variables.emplace_back("HOME=/nonexistent");
   return variables;
 }
 

@@ -12,9 +12,8 @@
 
 namespace platen::inline v0 {
 
-/// How long a host may wait, in milliseconds as `poll` takes them: the shorter of what `loop`
-/// allows
-/// (`RunLoop::timeout`) and `hostTimeout`; 0 is not at all, -1 is for ever.
+/// How long a host may wait, in milliseconds as `poll` takes them: the shorter of `hostTimeout` and
+/// of what `loop` allows (`RunLoop::timeout`); 0 is not at all, -1 is for ever.
 inline int shorterTimeout(const RunLoop& loop, int hostTimeout) {
   const auto wait = loop.timeout();
   if (!wait) {

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+/// @file
+/// Characters out of UTF-8 that nobody has checked.
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+namespace platen::tool {
+
+/// The code of an octet that begins no character.
+constexpr char32_t kNoCharacter = 0xFFFFFFFF;
+
+struct Character {
+  char32_t code;
+  /// In octets.
+  std::size_t length;
+};
+
+/// The first character of `text`, which is not empty; an octet that begins none counts as one.
+Character firstCharacter(std::string_view text);
+
+/// Whether the character could act on a terminal or turn the words around it: control characters,
+/// line and paragraph separators, marks of writing direction, what cannot be seen.
+bool isHarmful(char32_t code);
+
+/// Codes from one to another, both included.
+struct Interval {
+  char32_t first;
+  char32_t last;
+};
+
+template <std::size_t count>
+bool contains(const std::array<Interval, count>& intervals, char32_t code) {
+  return std::any_of(intervals.begin(), intervals.end(), [code](const Interval& interval) {
+    return code >= interval.first && code <= interval.last;
+  });
+}
+
+}  // namespace platen::tool
