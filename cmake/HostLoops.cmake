@@ -1,11 +1,12 @@
 # SPDX-License-Identifier: Apache-2.0
 # The event loops of others that platen/adapters/ is for, as far as this machine has them: their
-# names in PLATEN_HOST_LOOPS, and in PLATEN_HOST_LOOP_<name> what to link. The library needs none.
+# names in PLATEN_FOUND_HOST_LOOPS, and in PLATEN_HOST_LOOP_<name> what to link. The library needs
+# none of them.
 
-set(PLATEN_HOST_LOOPS Poll Epoll)
+set(PLATEN_FOUND_HOST_LOOPS Poll Epoll)
 macro(platen_host_loop name target)
   if(TARGET ${target})
-    list(APPEND PLATEN_HOST_LOOPS ${name})
+    list(APPEND PLATEN_FOUND_HOST_LOOPS ${name})
     set(PLATEN_HOST_LOOP_${name} ${target})
   else()
     message(STATUS "Without ${name}: its adapter is neither tested nor shown by an example")

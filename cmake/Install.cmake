@@ -21,11 +21,14 @@ endif()
 install(EXPORT platen NAMESPACE platen:: FILE platenTargets.cmake DESTINATION ${package_dir})
 configure_package_config_file(cmake/platenConfig.cmake.in platenConfig.cmake
                               INSTALL_DESTINATION ${package_dir})
-# Before 1.0 a minor version may change the interface.
-write_basic_package_version_file(platenConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+# A release that breaks the interface or the binary form raises the major version, which is also
+# that of the shared library's name.
+write_basic_package_version_file(platenConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/platenConfig.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/platenConfigVersion.cmake
               ${PROJECT_SOURCE_DIR}/cmake/Dependencies.cmake DESTINATION ${package_dir})
+
+install(FILES LICENSE README.md CHANGELOG.md TYPE DOC)
 
 # Found relative to itself, so that an installed tree may be moved.
 file(RELATIVE_PATH pc_up /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)

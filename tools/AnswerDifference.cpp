@@ -168,8 +168,8 @@ Change changeOf(const Pair& pair) {
 }
 
 bool isEmpty(const Pair& pair) {
-  const auto& group = pair.before == nullptr ? *pair.after : *pair.before;
-  return group.attributes().empty();
+  const auto* const group = pair.before != nullptr ? pair.before : pair.after;
+  return group == nullptr || group->attributes().empty();
 }
 
 }  // namespace
