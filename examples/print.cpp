@@ -16,5 +16,6 @@ int main(int argc, char** argv) {
       platen::IPPRequest::jobPrintRequest(*printer)->performOn(*printer, document, &error);
   std::cout << (response ? response->attributeValueForKey("job-id").description() : "no answer")
             << '\n';
-  if (error) std::cerr << error->description() << '\n';
+  for (const auto& failure : {document->streamError(), error})
+    if (failure) std::cerr << failure->description() << '\n';
 }
