@@ -48,13 +48,17 @@ bool isPart(HTTPEarlyAnswer answer) {
   return answer == HTTPEarlyAnswer::beginning || answer == HTTPEarlyAnswer::refusalBeginning;
 }
 
-/// Whether the other side will send no more. Octets before the end hide it from `recv`.
-bool hasEnded(int socket) {
+/// Whether any of `events` has come, or one that poll tells unasked: an error or the end of both
+/// directions.
+bool hasEvent(int socket, short events) {
   struct pollfd entry {};
   entry.fd = socket;
-  entry.events = POLLRDHUP;
+  entry.events = events;
   return poll(&entry, 1, 0) > 0;
 }
+
+/// Whether the other side will send no more. Octets before the end hide it from `recv`.
+bool hasEnded(int socket) { return hasEvent(socket, POLLRDHUP); }
 
 }  // namespace
 
@@ -86,6 +90,8 @@ HTTPEarlyAnswer judgeEarlyAnswer(std::string_view received, std::size_t& interim
     interim += head;
   }
 }
+
+bool isConnectionLost(int socket) { return hasEvent(socket, 0); }
 
 HTTPEarlyLook lookForEarlyAnswer(int socket) {
   std::array<char, kLookAhead> octets;

@@ -29,7 +29,11 @@ struct HTTPEarlyLook {
 /// read and dropped, nothing else is taken away.
 HTTPEarlyLook lookForEarlyAnswer(int socket);
 
-/// The same of the octets `received`, of which the first `interim`, on return, are heads of 1xx.
+/// Whether neither side can send any more: it was reset, or both have closed it.
+bool isConnectionLost(int socket);
+
+/// The same as `lookForEarlyAnswer` of the octets `received`, of which the first `interim`, on
+/// return, are heads of 1xx.
 HTTPEarlyAnswer judgeEarlyAnswer(std::string_view received, std::size_t& interim);
 
 }  // namespace platen::inline v0

@@ -5,19 +5,9 @@
 #include <chrono>
 #include <utility>
 
-#include "platform/HTTPEarlyAnswer.h"
-
 namespace platen::inline v0 {
 
-using std::chrono::milliseconds;
-
 namespace {
-
-// How long to leave a stream alone that has nothing to give, and will not tell when it has.
-constexpr milliseconds kDrySourcePause(20);
-// How long to leave an answer alone of which only the first octets are there.
-constexpr milliseconds kLookPause(10);
-constexpr const char* kHeadTooLong = "too long a head";
 
 /// The form in which libcurl takes the addresses of a name.
 std::string resolvedEntry(const HTTPTarget& target, const HostAddresses& found) {
@@ -75,6 +65,7 @@ void HTTPExchange::cancel() {
   idleClock_.reset();
   drySourceTimer_.reset();
   lookTimer_.reset();
+  refusalTimer_.reset();
   // These two are the caller's, and may do anything when they go.
   const auto source = std::move(source_);
   const auto delegate = std::move(delegate_);
@@ -100,7 +91,8 @@ void HTTPExchange::begin() {
     plan_.connectTimeout = idleClock_->limit() + std::chrono::seconds(1);
   }
   drySourceTimer_ = std::make_unique<Timer>(loop, [this] { feed(); });
-  lookTimer_ = std::make_unique<Timer>(loop, [this] { transfer_->setLooksAhead(isSending_); });
+  lookTimer_ = std::make_unique<Timer>(loop, [this] { lookAgain(); });
+  refusalTimer_ = std::make_unique<Timer>(loop, [this] { endImpatiently(); });
   if (target_.needsResolving) {
     resolve();
   } else {
@@ -148,6 +140,7 @@ void HTTPExchange::startTransfer(HTTPTransferPlan plan) {
   isSending_ = false;
   head_ = {};
   lookTimer_->stop();
+  refusalTimer_->stop();
   transfer_.reset();
   transfer_ = std::make_unique<HTTPTransfer>(std::move(plan), *this, *engine_);
 }
@@ -157,6 +150,7 @@ void HTTPExchange::transferConnected() {
   isSending_ = plan_.body != nullptr || plan_.isStreamed;
   isFirstLookDue_ = isSending_;
   octetsSeen_ = 0;
+  answeredSocket_ = kNoSocket;
   wantsBody_ = isSending_;
   isSourceUsedUp_ = false;
   salvage_.reset();  // of a connection that libcurl has replaced by this one
@@ -180,20 +174,6 @@ bool HTTPExchange::transferReceivedBody(Bytes bytes) {
   return true;
 }
 
-std::optional<std::size_t> HTTPExchange::supplyBody(std::uint8_t* destination, std::size_t room) {
-  const auto count = source_ == nullptr ? 0 : source_->take(destination, room);
-  wantsBody_ = !count.has_value();
-  isSourceUsedUp_ = count == std::size_t{0};
-  return count;
-}
-
-bool HTTPExchange::transferCloses(int socket) {
-  if (isSending_) {
-    salvage_ = std::make_unique<HTTPSalvage>(socket);
-  }
-  return isSending_;
-}
-
 void HTTPExchange::transferMoved() {
   if (idleClock_ != nullptr) {
     idleClock_->noteTraffic();
@@ -212,120 +192,6 @@ void HTTPExchange::settle() {
   deliver();
   if (!hasEnded() && result_.has_value()) {
     conclude(*std::exchange(result_, std::nullopt));
-  }
-}
-
-void HTTPExchange::driveBody() {
-  if (std::exchange(isFirstLookDue_, false)) {
-    transfer_->setLooksAhead(true);
-    if (source_ == nullptr) {
-      transfer_->resumeSending();
-    }
-  }
-  if (source_ != nullptr && !isSourceUsedUp_) {
-    feed();
-  } else if (!result_.has_value() && !engine_->isWriting(*transfer_)) {
-    stopSending();
-  }
-}
-
-void HTTPExchange::feed() {
-  if (hasEnded() || !isSending_ || isSourceUsedUp_) {
-    return;
-  }
-  const auto keep = shared_from_this();
-  const auto source = source_;
-  const auto state = source->refill();
-  if (hasEnded()) {
-    return;
-  }
-  if (state == HTTPBodySource::State::failed) {
-    fail(httpError(HTTPErrorCode::bodyStreamFailed, "the document could not be read",
-                   source->error()));
-  } else if (wantsBody_ && state == HTTPBodySource::State::dry) {
-    if (!transfer_->holdsWriting()) {
-      idleClock_->suspend();
-    }
-    waitForSource(*source);
-  } else if (wantsBody_) {
-    idleClock_->resume();
-    wantsBody_ = false;
-    transfer_->resumeSending();
-  }
-}
-
-void HTTPExchange::waitForSource(HTTPBodySource& source) {
-  const auto ready = [weak = weak_from_this()] {
-    if (const auto client = weak.lock()) {
-      static_cast<HTTPExchange&>(*client).feed();
-    }
-  };
-  const bool tells = source.callWhenReady(engine_->loop(), ready);
-  if (!tells && !hasEnded()) {
-    drySourceTimer_->start(kDrySourcePause);
-  }
-}
-
-void HTTPExchange::stopSending() {
-  isSending_ = false;
-  drySourceTimer_->stop();
-  lookTimer_->stop();
-  idleClock_->resume();
-  transfer_->setLooksAhead(false);
-  letReceive();
-}
-
-void HTTPExchange::letReceive() {
-  wantsBody_ = false;
-  transfer_->resumeReceiving();
-}
-
-void HTTPExchange::lookLater() {
-  transfer_->setLooksAhead(false);
-  lookTimer_->start(kLookPause);
-}
-
-void HTTPExchange::transferIsReadable(int socket) {
-  const auto look = lookForEarlyAnswer(socket);
-  if (!head_.count(look.interimOctets)) {
-    transferEnded({false, HTTPErrorCode::badServerResponse, kHeadTooLong});
-    engine_->touch(*this);
-    return;
-  }
-  // What was there at the last look is no traffic.
-  if (std::exchange(octetsSeen_, look.octets - look.interimOctets) != look.octets) {
-    transferMoved();
-  }
-  actOn(look.answer);
-}
-
-void HTTPExchange::actOn(HTTPEarlyAnswer answer) {
-  switch (answer) {
-    case HTTPEarlyAnswer::nothing:
-      break;
-    case HTTPEarlyAnswer::beginning:
-      lookLater();
-      break;
-    case HTTPEarlyAnswer::refusalBeginning:
-      transfer_->setHoldsWriting(true);
-      idleClock_->resume();  // from now on it is the server that is waited for
-      lookLater();
-      break;
-    case HTTPEarlyAnswer::refusal:
-      isRefused_ = true;
-      [[fallthrough]];
-    case HTTPEarlyAnswer::malformed:
-      transfer_->setHoldsWriting(true);
-      stopSending();
-      break;
-    case HTTPEarlyAnswer::other:
-      transfer_->setLooksAhead(false);
-      break;
-    case HTTPEarlyAnswer::closed:
-      transfer_->setLooksAhead(false);
-      result_ = transfer_->resultWhenClosed();
-      engine_->touch(*this);
-      break;
   }
 }
 
@@ -383,7 +249,7 @@ void HTTPExchange::deliver() {
 void HTTPExchange::transferEnded(HTTPTransferResult result) {
   if (ownCode_.has_value()) {
     result.code = *ownCode_;
-    result.reason = kHeadTooLong;
+    result.reason = kHTTPHeadTooLong;
   }
   if (result.code == HTTPErrorCode::dataLengthExceedsMaximum) {
     result.reason = "more than " + std::to_string(request_.maximumBodyLength) + " octets";
@@ -416,6 +282,13 @@ void HTTPExchange::tryAgain() {
 /// Whether the server has refused while it was being sent the body: that is the outcome, whatever
 /// happens to the rest of the answer.
 bool HTTPExchange::hasRefusal() const { return isRefused_ && head_.isComplete(); }
+
+/// A refusal that has been waited for long enough.
+void HTTPExchange::endImpatiently() {
+  if (hasRefusal()) {
+    finish();
+  }
+}
 
 void HTTPExchange::failIdle() {
   if (hasRefusal()) {

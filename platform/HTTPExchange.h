@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -66,10 +67,11 @@ class HTTPExchange final : public HTTPTransferClient, public HTTPEngineMember {
   void feed();
   void waitForSource(HTTPBodySource& source);
   void lookLater();
+  void lookAgain();
   void stopSending();
   void letReceive();
 
-  void actOn(HTTPEarlyAnswer answer);
+  void actOn(HTTPEarlyAnswer answer, int socket);
   void tellOfHead(const HTTPResponse& response);
   void deliver();
   void conclude(const HTTPTransferResult& result);
@@ -83,7 +85,9 @@ class HTTPExchange final : public HTTPTransferClient, public HTTPEngineMember {
   template <typename Function>
   void end(Function tellLast);
   void finish();
+  void endImpatiently();
   void failIdle();
+  void failAsClosed();
   void fail(const std::shared_ptr<const Error>& error);
 
   const HTTPRequest request_;
@@ -98,6 +102,8 @@ class HTTPExchange final : public HTTPTransferClient, public HTTPEngineMember {
   std::unique_ptr<HTTPIdleClock> idleClock_;
   std::unique_ptr<Timer> drySourceTimer_;
   std::unique_ptr<Timer> lookTimer_;
+  std::chrono::milliseconds lookPause_{0};
+  std::unique_ptr<Timer> refusalTimer_;
   /// Shared with the call that reads it, in which the exchange may be cancelled.
   std::shared_ptr<HTTPBodySource> source_;
   std::unique_ptr<Resolution> resolution_;
@@ -112,6 +118,9 @@ class HTTPExchange final : public HTTPTransferClient, public HTTPEngineMember {
   bool hasTriedAgain_ = false;
   /// What comes next is not told before that has been.
   bool isTellingOfHead_ = false;
+  static constexpr int kNoSocket = -1;
+  /// On which an early answer waits that is no refusal.
+  int answeredSocket_ = kNoSocket;
   /// What was there when an early answer was last looked for.
   std::size_t octetsSeen_ = 0;
   /// Why the exchange itself ended the transfer.

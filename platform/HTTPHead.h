@@ -9,6 +9,9 @@
 
 namespace platen::inline v0 {
 
+/// Why an exchange ends whose server sends heads without end.
+inline constexpr std::string_view kHTTPHeadTooLong = "too long a head";
+
 /// Whether two header field names are the same (RFC 9110 §5.1): ASCII letter case is ignored.
 bool isSameHeaderName(std::string_view left, std::string_view right);
 

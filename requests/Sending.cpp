@@ -2,6 +2,7 @@
 
 /// The scheduled exchange as the request sees it: it stands between the exchange and its delegate.
 
+#include <optional>
 #include <utility>
 
 #include "platen/IPPConnection.h"
@@ -28,22 +29,40 @@ class StartingScope {
 // The delegate is called from within the start; what it asks for then is done when there is
 // something to do it to.
 void IPPRequest::sendTo(const URL& target) {
-  if (requestHandler_ != nullptr || isStarting_) {
+  if (isStarting_) {
+    if (isCancelledWhileStarting_) {
+      sendNextTo_ = target;
+    }
+    return;
+  }
+  if (requestHandler_ != nullptr) {
     return;
   }
   const auto self = std::static_pointer_cast<IPPRequest>(shared_from_this());
+  for (std::optional<URL> next = target; next; next = std::exchange(sendNextTo_, std::nullopt)) {
+    start(*next, self);
+  }
+}
+
+void IPPRequest::start(const URL& target, const std::shared_ptr<IPPRequest>& self) {
   isCancelledWhileStarting_ = false;
+  sendNextTo_.reset();
   {
     const StartingScope scope(isStarting_);
     requestHandler_ = IPPConnection::schedulePerformRequest(*this, target, self);
   }
   if (isCancelledWhileStarting_) {
-    cancel();
+    letGoOfHandler();
   }
 }
 
 void IPPRequest::cancel() {
   isCancelledWhileStarting_ = isStarting_;
+  sendNextTo_.reset();
+  letGoOfHandler();
+}
+
+void IPPRequest::letGoOfHandler() {
   // Let go at the end: the exchange may hold the last reference to this request.
   if (const auto handler = std::exchange(requestHandler_, nullptr)) {
     handler->cancel();

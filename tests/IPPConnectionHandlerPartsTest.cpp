@@ -185,6 +185,57 @@ TEST_F(IPPConnectionHandlerParts, CanBeToldItsAnswersHead) {
   EXPECT_EQ(recorder->error->code(), 0x0403);
 }
 
+/// Goes with its handler, in the middle of being asked for the operation's name.
+class LeavingDelegate final : public IPPConnectionDelegate {
+ public:
+  explicit LeavingDelegate(bool& hasGone) : hasGone_(hasGone) {}
+  ~LeavingDelegate() override { hasGone_ = true; }
+
+  void requestWillSend(IPPConnectionHandler& told) override { handler = &told; }
+  KeyValue valueForKey(std::string_view) const override {
+    const auto& hasGone = hasGone_;
+    handler->cancel();
+    EXPECT_FALSE(hasGone) << "while its operation runs";
+    return {};
+  }
+
+  IPPConnectionHandler* handler = nullptr;
+
+ private:
+  bool& hasGone_;
+};
+
+TEST(IPPConnectionHandlerAlone, KeepsTheDelegateThatCancelsWhileItIsAskedForAName) {
+  const auto request = makeRequest();
+  ScriptedPeer peer({answering(200, "malformed")});
+  bool hasGone = false;
+  const auto handler = IPPConnection::schedulePerformRequest(
+      *request, targetOf(peer), std::make_shared<LeavingDelegate>(hasGone));
+  EXPECT_TRUE(driveUntil([&] { return hasGone; }));
+  EXPECT_EQ(handler->delegate(), nullptr);
+}
+
+/// Cancels before the exchange has begun.
+class CancellingDelegate final : public HandlerRecorder {
+ public:
+  void requestWillSend(IPPConnectionHandler& told) override {
+    HandlerRecorder::requestWillSend(told);
+    EXPECT_EQ(told.delegate().get(), this);
+    told.cancel();
+  }
+};
+
+TEST(IPPConnectionHandlerAlone, NeverBeginsWhenItsDelegateCancelsAtOnce) {
+  const auto request = makeRequest();
+  ScriptedPeer peer({answering(200, makeAnswer())});
+  const auto delegate = std::make_shared<CancellingDelegate>();
+  const auto handler = IPPConnection::schedulePerformRequest(*request, targetOf(peer), delegate);
+  EXPECT_EQ(handler->delegate(), nullptr);
+  driveFor(milliseconds(60));
+  EXPECT_EQ(delegate->calls, "W");
+  EXPECT_EQ(peer.connectionCount(), 0U);
+}
+
 TEST(IPPConnectionHandlerAlone, GoesOnWhenItIsDropped) {
   const auto request = makeRequest();
   ScriptedPeer peer({answering(200, makeAnswer())});

@@ -114,20 +114,26 @@ TEST_P(RequestSendingWithin, CancelAndSendingBeginAnew) {
     told.sendTo(targetOf(peer));
   });
   request->sendTo(targetOf(peer));
-  if (isBeforeTheStart()) {
-    // There is no exchange yet to be begun anew; only the cancel has an effect.
-    driveFor(kAWhile);
-    EXPECT_EQ(recorder->calls, "WD");
-    EXPECT_FALSE(request->isInProgress());
-    EXPECT_EQ(peer.connectionCount(), 0U);
-    return;
-  }
-  const auto all = callsSoFar() + "WDORF";
+  const auto all = (isBeforeTheStart() ? "WD" : callsSoFar()) + "WDORF";
   ASSERT_TRUE(driveUntil([&] { return recorder->calls.size() >= all.size(); }));
   driveFor(kAWhile);
   EXPECT_EQ(recorder->calls, all);
   EXPECT_TRUE(request->isInProgress());
-  EXPECT_EQ(peer.requests().size(), 2U);
+  EXPECT_EQ(peer.requests().size(), isBeforeTheStart() ? 1U : 2U);
+}
+
+TEST_P(RequestSendingWithin, CancelEndsWhatWasToBeginAnew) {
+  ScriptedPeer peer({answering(200, makeAnswer())});
+  within([&](IPPRequest& told) {
+    told.cancel();
+    told.sendTo(targetOf(peer));
+    told.cancel();
+  });
+  request->sendTo(targetOf(peer));
+  driveUntil([&] { return !request->isInProgress(); });
+  driveFor(kAWhile);
+  EXPECT_EQ(recorder->calls, isBeforeTheStart() ? "WD" : callsSoFar() + "WD");
+  EXPECT_FALSE(request->isInProgress());
 }
 
 TEST_P(RequestSendingWithin, TheLastReferenceToTheRequestMayGo) {

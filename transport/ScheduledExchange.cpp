@@ -95,11 +95,14 @@ std::shared_ptr<IPPConnectionHandler> IPPConnection::schedulePerformRequest(
 std::shared_ptr<IPPConnectionHandler> IPPConnectionHandler::initWithRequest(
     IPPRequest& request, const URL& target, std::shared_ptr<IPPConnectionDelegate> delegate) {
   auto handler = std::make_shared<IPPConnectionHandler>(Key());
+  handler->delegate_ = delegate;
   if (delegate != nullptr) {
     delegate->requestWillSend(*handler);
   }
   auto httpRequest = HTTPRequestForIPPRequest(request, target);
-  handler->delegate_ = std::move(delegate);
+  if (handler->isStopped_) {  // by the delegate
+    return handler;
+  }
   const auto loop = RunLoop::current();
   loop->internals().attachment<ScheduledExchanges>(*loop).add(handler);
   handler->connection_ = HTTPConnection::start(
@@ -112,13 +115,12 @@ IPPConnectionHandler::~IPPConnectionHandler() { stopConnection(); }
 void IPPConnectionHandler::cancel() { stopConnection(); }
 
 void IPPConnectionHandler::stopConnection() {
-  if (connection_ == nullptr) {
-    return;
-  }
+  isStopped_ = true;
   // Both are let go at the end, when this object no longer needs to be there.
   const auto delegate = std::exchange(delegate_, nullptr);
-  const auto connection = std::exchange(connection_, nullptr);
-  connection->cancel();
+  if (const auto connection = std::exchange(connection_, nullptr)) {
+    connection->cancel();
+  }
 }
 
 void IPPConnectionHandler::decodeIPPMessage() {
@@ -166,8 +168,9 @@ void IPPConnectionHandler::notifyIPPError(const std::shared_ptr<const Error>& er
 }
 
 void IPPConnectionHandler::dumpMalformedIPPMessageData(Bytes data) const {
+  const auto delegate = delegate_;  // which may cancel the exchange, and be let go by that
   const KeyValue codename =
-      delegate_ == nullptr ? KeyValue() : delegate_->valueForKey("ippOperationCodename");
+      delegate == nullptr ? KeyValue() : delegate->valueForKey("ippOperationCodename");
   const std::string* name = codename.ifString();
   if (name != nullptr && name->find('/') == std::string::npos) {
     writeFileAtomically(homeDirectory() + "/ResponseOn-" + *name + ".ippdata", data);

@@ -148,6 +148,7 @@ class PLATEN_EXPORT IPPConnectionHandler
  private:
   void tellResponse(const std::shared_ptr<IPPResponse>& response, InputStream& rest);
 
+  bool isStopped_ = false;
   std::shared_ptr<HTTPConnection> connection_;
   std::shared_ptr<IPPConnectionDelegate> delegate_;
   Data data_;

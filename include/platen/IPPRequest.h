@@ -298,8 +298,9 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage, public IPPConnectionDelegate
   /// exactly once, in a later turn of the run loop; after `cancel` it is not.
   ///
   /// A finished exchange is still held: to send the request again, `cancel` it first. That holds
-  /// within the delegate's operations too, but for `requestWillSend` and `dataStreamForRequest`,
-  /// where only `cancel` has an effect: the exchange then never starts.
+  /// within the delegate's operations too. Within `requestWillSend` and `dataStreamForRequest` a
+  /// cancelled exchange never starts, and one that is then asked for begins as soon as they have
+  /// returned, with `requestWillSend` again.
   void sendTo(const URL& target);
   /// Ends the exchange at once, if there is one, and lets go of it; the delegate is told nothing
   /// more.
@@ -412,6 +413,8 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage, public IPPConnectionDelegate
   };
 
   const Group& demand(Group& field, const IPPGroupClass& groupClass);
+  void start(const URL& target, const std::shared_ptr<IPPRequest>& self);
+  void letGoOfHandler();
 
   LookedUp lookedUp_;
   Group operationGroup_;
@@ -421,6 +424,8 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage, public IPPConnectionDelegate
   std::shared_ptr<IPPScheduledRequest> requestHandler_;
   bool isStarting_ = false;
   bool isCancelledWhileStarting_ = false;
+  /// Asked for while a cancelled start was still under way.
+  std::optional<URL> sendNextTo_;
   double timeoutInterval_;
   std::size_t maximumResponseLength_;
 };
