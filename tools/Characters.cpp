@@ -54,4 +54,17 @@ Character firstCharacter(std::string_view text) {
 
 bool isHarmful(char32_t code) { return contains(kHarmful, code); }
 
+std::string escaped(char32_t code, std::string (*numbered)(char32_t code)) {
+  switch (code) {
+    case U'\n':
+      return "\\n";
+    case U'\r':
+      return "\\r";
+    case U'\t':
+      return "\\t";
+    default:
+      return numbered(code);
+  }
+}
+
 }  // namespace platen::tool

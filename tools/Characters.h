@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace platen::tool {
@@ -26,6 +27,9 @@ Character firstCharacter(std::string_view text);
 /// Whether the character could act on a terminal or turn the words around it: control characters,
 /// line and paragraph separators, marks of writing direction, what cannot be seen.
 bool isHarmful(char32_t code);
+
+/// A character of which only a name may be written: `\n`, `\r` and `\t`, all others by `numbered`.
+std::string escaped(char32_t code, std::string (*numbered)(char32_t code));
 
 /// Codes from one to another, both included.
 struct Interval {

@@ -16,12 +16,20 @@ constexpr const char* kDescription =
     "Speaks the Internet Printing Protocol: asks printers, prints files, looks after the queues,\n"
     "jobs and subscriptions of print servers, shows and compares messages.";
 
-constexpr const char* kOfDiff =
-    "Of diff, as of diff(1): 0 nothing differs, 1 something does, 2 all else but 3.\n";
+constexpr const char* kNotes =
+    "\nplaten diff has a status of its own where something differs; see platen diff --help.\n"
+    "platen COMMAND --help tells of the arguments and options of a command.\n";
+
+constexpr const char* kNoCommand = "a command is missing";
 
 // Help without the library's remarks on types and checks: the descriptions say what matters.
 class PlainFormatter : public CLI::Formatter {
  public:
+  PlainFormatter() {
+    label("SUBCOMMAND", "COMMAND");
+    label("Positionals", "Arguments");
+  }
+
   std::string make_option_opts(const CLI::Option* option) const override {
     return option->get_positional() || option->get_type_size() == 0 ? ""
                                                                     : " " + option->get_type_name();
@@ -32,10 +40,11 @@ Failure badUsage(const std::string& reason) {
   return {ExitStatus::usage, reason + " (see platen --help)"};
 }
 
-// What the library would say in two lines.
-std::string oneLine(std::string text) {
+// In one line, where the library has two, and in the words of the help.
+std::string reasonOf(const CLI::ParseError& error) {
+  std::string text = error.what();
   std::replace(text.begin(), text.end(), '\n', ' ');
-  return text;
+  return text == CLI::RequiredError::Subcommand(1).what() ? kNoCommand : text;
 }
 
 }  // namespace
@@ -44,7 +53,7 @@ void runCommandLine(int argc, const char* const* argv, std::ostream& out) {
   CLI::App app(kDescription, "platen");
   app.formatter(std::make_shared<PlainFormatter>());
   app.require_subcommand(0, 1);  // that there is one is checked with a better message
-  app.footer(exitStatusNotes() + kOfDiff);
+  app.footer(exitStatusNotes() + kNotes);
   app.set_version_flag("--version", "platen " PLATEN_VERSION, "Print the version and exit");
   CommandSet commands(app);
   addPrinterCommands(commands);
@@ -58,13 +67,13 @@ void runCommandLine(int argc, const char* const* argv, std::ostream& out) {
     app.exit(asked, out, out);
     return;
   } catch (const CLI::ParseError& error) {
-    throw badUsage(oneLine(error.what()));
+    throw badUsage(reasonOf(error));
   }
   if (const auto extras = app.remaining(); !extras.empty()) {
     throw badUsage("\"" + extras.front() + "\" is neither a command nor an option");
   }
   if (!commands.chosen()) {
-    throw badUsage("a command is missing");
+    throw badUsage(kNoCommand);
   }
   commands.chosen()(out);
 }

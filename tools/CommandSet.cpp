@@ -12,24 +12,32 @@ namespace {
 constexpr const char* kEpilog =
     "Exit status:\n"
     "  0  done\n"
-    "  1  the printer or the server refused, the job was canceled or aborted, a file could not be\n"
-    "     read, or what was read is not an IPP message\n"
-    "  2  the command line makes no sense\n"
-    "  3  no answer: host unknown, connection refused or lost, time-out\n"
-    "  129, 130, 143  ended by SIGHUP, by SIGINT (Ctrl-C), by SIGTERM\n";
+    "  1  the printer or the server refused; the job was canceled or aborted; none of the named\n"
+    "     attributes is there; a key path leads to nothing; a file could not be read or written;\n"
+    "     what was read, from a file or a printer, is not an IPP message; standard output could\n"
+    "     not be written\n"
+    "  2  the command line makes no sense: an unknown option, a missing argument, a URI that is\n"
+    "     none; nothing was sent\n"
+    "  3  no answer: the host is unknown, the connection was refused or lost, or nothing came in\n"
+    "     time\n"
+    "  129, 130, 143  SIGHUP, Ctrl-C (SIGINT) or SIGTERM ended the command\n";
+
+CLI::App& addTo(CLI::App& parent, const char* name, const char* description) {
+  return *parent.add_subcommand(name, description)->group("Commands");
+}
 
 }  // namespace
 
 CLI::App& CommandSet::add(const char* name, const char* description, Action action,
                           const std::string& notes, CLI::App* parent) {
-  CLI::App& command = *(parent == nullptr ? app_ : *parent).add_subcommand(name, description);
+  CLI::App& command = addTo(parent == nullptr ? app_ : *parent, name, description);
   command.callback([this, action = std::move(action)] { chosen_ = action; });
   command.footer(notes + (notes.empty() ? "" : "\n") + kEpilog);
   return command;
 }
 
 CLI::App& CommandSet::addFamily(const char* name, const char* description) {
-  CLI::App& family = *app_.add_subcommand(name, description);
+  CLI::App& family = addTo(app_, name, description);
   family.require_subcommand(1);
   family.footer(kEpilog);
   return family;
@@ -52,14 +60,15 @@ std::string checkNumber(const std::string& text) {
 void addTimeout(CLI::App& command, double& seconds) {
   command
       .add_option("--timeout", seconds,
-                  "Give up after so long without an octet (default 60; 0: never)")
+                  "Give up when nothing came or went for so long (default: 60; 0: never)")
       ->type_name("SECONDS")
       ->check(&checkNumber);
 }
 
 void addWidth(CLI::App& command, std::optional<std::size_t>& columns) {
   command
-      .add_option("--width", columns, "Break lines there; 0: never (default: the terminal's width)")
+      .add_option("--width", columns,
+                  "Break lines at this width; 0: never (default: the terminal's width)")
       ->type_name("COLUMNS")
       ->check(&checkNumber);
 }
@@ -69,7 +78,7 @@ void addJson(CLI::App& command, bool& json) {
 }
 
 void addServerOptions(CLI::App& command, ServerOptions& options) {
-  command.add_option("--server", options.server, "The print server (default localhost:631)")
+  command.add_option("--server", options.server, "The print server (default: localhost:631)")
       ->type_name("HOST[:PORT]");
   addTimeout(command, options.timeout);
   addJson(command, options.json);

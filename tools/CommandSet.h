@@ -56,6 +56,15 @@ class CommandSet {
 /// The exit statuses, for the end of each help.
 std::string exitStatusNotes();
 
+/// What a QUEUE is, for the notes.
+inline constexpr const char* kQueueNotes =
+    "A QUEUE is a name, of a queue at ipp://HOST:PORT/printers/NAME, or a whole URI. With a URI,\n"
+    "--server does not count.\n";
+/// The same for commands that can do without one.
+inline constexpr const char* kQueueOrServerNotes =
+    "A QUEUE is a name, of a queue at ipp://HOST:PORT/printers/NAME, or a whole URI. With a URI,\n"
+    "--server does not count; without a QUEUE, the server as a whole is meant.\n";
+
 // Options that many commands have.
 
 void addTimeout(CLI::App& command, double& seconds);

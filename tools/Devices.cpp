@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <ostream>
-
-#include "Facts.h"
+#include "GroupList.h"
 #include "Queues.h"
-#include "Report.h"
 #include "Session.h"
-#include "Table.h"
 #include "platen/IPPRequest.h"
 #include "platen/IPPResponse.h"
 
@@ -13,7 +9,7 @@ namespace platen::tool {
 
 namespace {
 
-Json deviceJson(const Facts& device) {
+Json jsonOf(const Facts& device) {
   return Json::object({{"uri", device.text("device-uri")},
                        {"class", device.text("device-class")},
                        {"info", device.text("device-info")},
@@ -22,29 +18,20 @@ Json deviceJson(const Facts& device) {
                        {"location", device.text("device-location")}});
 }
 
+Table::Row rowOf(const Facts& device) {
+  return {device.textOrEmpty("device-class"), device.textOrEmpty("device-uri"),
+          device.textOrEmpty("device-info"), device.textOrEmpty("device-make-and-model")};
+}
+
+const ListForm kList{"devices", {"Class", "Device", "Info", "Model"}, &jsonOf, &rowOf};
+
 }  // namespace
 
 void listDevices(const ServerOptions& options, std::ostream& out) {
   Session session(options);
   const auto answer =
       session.askForAny(IPPRequest::serverAvailableDevicesRequest(), serverURI(options));
-  std::vector<Json> values;
-  Table table({"Class", "Device", "Info", "Model"});
-  for (const auto& group : answer == nullptr ? IPPMessage::Groups() : answer->printerGroups()) {
-    const Facts device(*group);
-    values.push_back(deviceJson(device));
-    table.add({device.text("device-class").value_or(""), device.text("device-uri").value_or(""),
-               device.text("device-info").value_or(""),
-               device.text("device-make-and-model").value_or("")});
-  }
-  if (options.json) {
-    return writeJson(out, Json::array(values));
-  }
-  if (table.empty()) {
-    out << "no devices\n";
-    return;
-  }
-  table.show(out, Display::ofStandardOutput({}));
+  showList(answer == nullptr ? IPPMessage::Groups() : answer->printerGroups(), kList, options, out);
 }
 
 }  // namespace platen::tool

@@ -41,30 +41,19 @@ bool isWide(char32_t code) {
          (code >= 0xFFE0 && code <= 0xFFE6);
 }
 
-std::string numbered(const char* format, char32_t code) {
+std::string formatted(const char* format, char32_t code) {
   std::array<char, 16> text{};
   const int size = std::snprintf(text.data(), text.size(), format, static_cast<unsigned>(code));
   return {text.data(), static_cast<std::size_t>(std::max(size, 0))};
 }
 
-std::string escaped(char32_t code) {
-  switch (code) {
-    case U'\n':
-      return "\\n";
-    case U'\r':
-      return "\\r";
-    case U'\t':
-      return "\\t";
-    default:
-      return numbered(code < 0x80 ? "\\x%02x" : "\\u%04x", code);
-  }
-}
+std::string numbered(char32_t code) { return formatted(code < 0x80 ? "\\x%02x" : "\\u%04x", code); }
 
 std::string harmlessCharacter(const Character& character, std::string_view octets) {
   if (character.code == kNoCharacter) {
-    return numbered("\\x%02x", static_cast<unsigned char>(octets.front()));
+    return formatted("\\x%02x", static_cast<unsigned char>(octets.front()));
   }
-  return isHarmful(character.code) ? escaped(character.code) : std::string(octets);
+  return isHarmful(character.code) ? escaped(character.code, &numbered) : std::string(octets);
 }
 
 std::string withoutBlanksBehind(std::string_view text) {

@@ -16,7 +16,7 @@ constexpr std::size_t kEventWidth = 21;
 
 std::string subjectOf(const Facts& event) {
   const auto name = event.text("printer-name");
-  const std::string queue = name.value_or(queueName(event.text("notify-printer-uri").value_or("")));
+  const std::string queue = name.value_or(queueName(event.textOrEmpty("notify-printer-uri")));
   const auto job = event.number("notify-job-id");
   const std::string title = job ? "job " + std::to_string(*job) : "";
   return queue + (queue.empty() || title.empty() ? "" : " ") + title;

@@ -63,6 +63,8 @@ std::optional<std::string> Facts::text(std::string_view name) const {
   return text && text->empty() ? std::nullopt : text;
 }
 
+std::string Facts::textOrEmpty(std::string_view name) const { return text(name).value_or(""); }
+
 std::vector<std::string> Facts::texts(std::string_view name) const {
   std::vector<std::string> result;
   for (const auto& value : values(name)) {
@@ -84,6 +86,11 @@ std::optional<std::int32_t> Facts::number(std::string_view name) const {
   const auto* value = first<IPPNumberValue>(name);
   const bool isNumber = value != nullptr && dynamic_cast<const IPPBoolean*>(value) == nullptr;
   return isNumber ? std::optional(value->intValue()) : std::nullopt;
+}
+
+std::string Facts::numberText(std::string_view name) const {
+  const auto value = number(name);
+  return value ? std::to_string(*value) : "";
 }
 
 std::optional<std::string> Facts::enumName(std::string_view name) const {

@@ -28,11 +28,15 @@ class Facts {
 
   /// A text, a name, a keyword, a URI or another string; an empty one is absent.
   [[nodiscard]] std::optional<std::string> text(std::string_view name) const;
+  /// `text`; "" when it is absent.
+  [[nodiscard]] std::string textOrEmpty(std::string_view name) const;
   /// All strings of a set, in order.
   [[nodiscard]] std::vector<std::string> texts(std::string_view name) const;
   /// `texts` without "none", the keyword for no reason at all.
   [[nodiscard]] std::vector<std::string> reasons(std::string_view name) const;
   [[nodiscard]] std::optional<std::int32_t> number(std::string_view name) const;
+  /// The digits of `number`; "" when it is absent.
+  [[nodiscard]] std::string numberText(std::string_view name) const;
   /// The name of an enum value, "idle"; the digits of one without a name.
   [[nodiscard]] std::optional<std::string> enumName(std::string_view name) const;
   /// The name of an enum value and what "NAME-reasons" gives as reasons: "stopped (paused)".

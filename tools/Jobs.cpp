@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Jobs.h"
 
-#include <array>
 #include <ostream>
 #include <vector>
 
 #include "Facts.h"
 #include "Failure.h"
+#include "GroupList.h"
 #include "Report.h"
 #include "Session.h"
-#include "Table.h"
 #include "platen/IPPRequest.h"
 #include "platen/IPPResponse.h"
 
@@ -39,12 +38,8 @@ const std::vector<std::string> kAttributes{"job-id",
                                            "date-time-at-completed"};
 
 std::optional<std::string> queueOf(const Facts& job) {
-  const std::string name = queueName(job.text("job-printer-uri").value_or(""));
+  const std::string name = queueName(job.textOrEmpty("job-printer-uri"));
   return name.empty() ? std::nullopt : std::optional(name);
-}
-
-std::string text(const std::optional<std::int32_t>& number) {
-  return number ? std::to_string(*number) : "";
 }
 
 Json jsonOf(const Facts& job) {
@@ -66,26 +61,28 @@ Json jsonOf(const Facts& job) {
                        {"completed", job.instant("completed")}});
 }
 
-Table tableOf(const std::vector<Facts>& jobs) {
-  Table table({"Job", "Queue", "User", "Created", "KB", "State", "Name"});
-  for (const Facts& job : jobs) {
-    table.add({text(job.number("job-id")), queueOf(job).value_or(""),
-               job.text("job-originating-user-name").value_or(""),
-               job.instant("creation").value_or(""), text(job.number("job-k-octets")),
-               job.stateText("job-state"), job.text("job-name").value_or("")});
-  }
-  return table;
+Table::Row rowOf(const Facts& job) {
+  return {job.numberText("job-id"),
+          queueOf(job).value_or(""),
+          job.textOrEmpty("job-originating-user-name"),
+          job.instant("creation").value_or(""),
+          job.numberText("job-k-octets"),
+          job.stateText("job-state"),
+          job.textOrEmpty("job-name")};
 }
+
+const ListForm kList{
+    "jobs", {"Job", "Queue", "User", "Created", "KB", "State", "Name"}, &jsonOf, &rowOf};
 
 Table uprightTableOf(const Facts& job) {
   Table table({"Job", "URI", "Name", "User", "Host", "Queue", "State", "Message", "Priority", "KB",
                "Sheets", "Created", "Started", "Completed"});
-  table.add({text(job.number("job-id")), job.text("job-uri").value_or(""),
-             job.text("job-name").value_or(""), job.text("job-originating-user-name").value_or(""),
-             job.text("job-originating-host-name").value_or(""), queueOf(job).value_or(""),
-             job.stateText("job-state"), job.text("job-printer-state-message").value_or(""),
-             text(job.number("job-priority")), text(job.number("job-k-octets")),
-             text(job.number("job-media-sheets-completed")), job.instant("creation").value_or(""),
+  table.add({job.numberText("job-id"), job.textOrEmpty("job-uri"), job.textOrEmpty("job-name"),
+             job.textOrEmpty("job-originating-user-name"),
+             job.textOrEmpty("job-originating-host-name"), queueOf(job).value_or(""),
+             job.stateText("job-state"), job.textOrEmpty("job-printer-state-message"),
+             job.numberText("job-priority"), job.numberText("job-k-octets"),
+             job.numberText("job-media-sheets-completed"), job.instant("creation").value_or(""),
              job.instant("processing").value_or(""), job.instant("completed").value_or("")});
   return table;
 }
@@ -121,20 +118,7 @@ void listJobs(const JobsOptions& options, std::ostream& out) {
   const URL target = queueOrServerURI(options.queue, options);
   Session session(options);
   const auto answer = session.ask(listRequest(options, target), target);
-  std::vector<Facts> jobs;
-  std::vector<Json> values;
-  for (const auto& group : answer->jobGroups()) {
-    jobs.emplace_back(*group);
-    values.push_back(jsonOf(jobs.back()));
-  }
-  if (options.json) {
-    return writeJson(out, Json::array(values));
-  }
-  if (jobs.empty()) {
-    out << "no jobs\n";
-    return;
-  }
-  tableOf(jobs).show(out, Display::ofStandardOutput({}));
+  showList(answer->jobGroups(), kList, options, out);
 }
 
 void showJob(const JobOptions& options, std::ostream& out) {

@@ -13,29 +13,19 @@ namespace {
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 constexpr char32_t kFirstOfPairs = 0x10000;
 
-std::string numbered(char32_t unit) {
+std::string numberedUnit(char32_t unit) {
   std::array<char, 8> text{};
   std::snprintf(text.data(), text.size(), "\\u%04x", static_cast<unsigned>(unit) & 0xFFFFU);
   return text.data();
 }
 
 // RFC 8259 §7: beyond 16 bits as a pair of surrogates.
-std::string escaped(char32_t code) {
-  switch (code) {
-    case U'\n':
-      return "\\n";
-    case U'\r':
-      return "\\r";
-    case U'\t':
-      return "\\t";
-    default:
-      break;
-  }
+std::string numbered(char32_t code) {
   if (code < kFirstOfPairs) {
-    return numbered(code);
+    return numberedUnit(code);
   }
   const char32_t rest = code - kFirstOfPairs;
-  return numbered(0xD800U + (rest >> 10U)) + numbered(0xDC00U + (rest & 0x3FFU));
+  return numberedUnit(0xD800U + (rest >> 10U)) + numberedUnit(0xDC00U + (rest & 0x3FFU));
 }
 
 std::string written(const Character& character, std::string_view octets) {
@@ -45,7 +35,7 @@ std::string written(const Character& character, std::string_view octets) {
   if (character.code == U'"' || character.code == U'\\') {
     return "\\" + std::string(octets);
   }
-  return isHarmful(character.code) ? escaped(character.code) : std::string(octets);
+  return isHarmful(character.code) ? escaped(character.code, &numbered) : std::string(octets);
 }
 
 }  // namespace

@@ -12,20 +12,23 @@ namespace platen::tool {
 namespace {
 
 constexpr const char* kUnderDump =
-    "Without --request and --response, a message is taken for a request when there is a\n"
-    "printer-uri, job-uri, system-uri or requesting-user-name among its operation attributes, or\n"
-    "when its code is not that of a status; else for a response.\n";
+    "Without --request and --response, an archive says what its message is; any other message is\n"
+    "taken for a request when there is a printer-uri, job-uri, system-uri or requesting-user-name\n"
+    "among its operation attributes, or when its code is not that of a status; else for a\n"
+    "response.\n";
 
 constexpr const char* kUnderDiff =
-    "Files are archives (attributes --save) or captured messages. Printers are asked with\n"
-    "Get-Printer-Attributes, both at once. In a NAME * stands for any characters and ? for one;\n"
-    "quote it.\n\n"
+    "BEFORE and AFTER are each a file, an archive (platen attributes --save) or a captured\n"
+    "message, or the URI of a printer, recognized by its ://; one of them may be -, standard\n"
+    "input. Printers are asked with Get-Printer-Attributes, both at once. In a NAME * stands for\n"
+    "any characters and ? for one; quote it.\n\n"
     "Exit status:\n"
     "  0  nothing differs\n"
     "  1  something does\n"
-    "  2  the command line makes no sense, a file could not be read or is no message, a printer\n"
-    "     refused\n"
-    "  3  no answer: host unknown, connection refused or lost, time-out\n";
+    "  2  the command line makes no sense; a file could not be read, or is no message; a printer\n"
+    "     refused, or its answer was no IPP message; standard output could not be written\n"
+    "  3  no answer from a printer\n"
+    "  129, 130, 143  SIGHUP, Ctrl-C (SIGINT) or SIGTERM ended the command\n";
 
 constexpr const char* kUnderAttributes =
     "Further URIs, recognized by their ://, are asked at the same time, each for the same "
@@ -59,11 +62,11 @@ CLI::Option* addKey(CLI::App& command, std::optional<std::string>& path) {
 void bindAttributes(CLI::App& command, AttributesWords& words) {
   addWord(command, "URI", words.printer,
           "The printer, for example ipp://host/ipp/print; more may follow");
-  command.add_option("NAME", words.words, "Only these attributes");
+  command.add_option("NAME", words.words, "Show only these attributes (default: all)");
   auto* const key = addKey(command, words.options.key);
   command
       .add_option("--save", words.options.save,
-                  "Keep the whole answer there, as CBOR in *.cbor, else as JSON")
+                  "Keep the whole answer in this file, as CBOR in *.cbor, else as JSON")
       ->type_name("FILE");
   addTimeout(command, words.options.timeout);
   addWidth(command, words.options.width);
@@ -74,9 +77,11 @@ void bindAttributes(CLI::App& command, AttributesWords& words) {
 void bindPrint(CLI::App& command, PrintOptions& options) {
   addWord(command, "URI", options.uri, "The printer, for example ipp://host/ipp/print");
   addWord(command, "FILE", options.file, "The document; - is standard input");
-  command.add_option("--format", options.format, "What it is (default: by its first octets)")
+  command
+      .add_option("--format", options.format,
+                  "Format of the document (default: guessed from its first octets)")
       ->type_name("MIME");
-  command.add_option("--name", options.name, "What to call the job (default: as the file)")
+  command.add_option("--name", options.name, "Name of the job (default: the file's)")
       ->type_name("TEXT");
   command.add_flag("--wait", options.wait, "Wait for the end of the job and show its states");
   command.add_flag("-q,--quiet", options.quiet, "Show no progress on the terminal");
@@ -87,15 +92,16 @@ void bindPrint(CLI::App& command, PrintOptions& options) {
 void bindDump(CLI::App& command, DumpOptions& options) {
   addWord(command, "FILE", options.file, "The message; - is standard input");
   auto* const request = command.add_flag_callback(
-      "--request", [&options] { options.kind = DumpOptions::Kind::request; }, "It is a request");
+      "--request", [&options] { options.kind = DumpOptions::Kind::request; },
+      "Take the message for a request");
   command
       .add_flag_callback(
           "--response", [&options] { options.kind = DumpOptions::Kind::response; },
-          "It is a response")
+          "Take the message for a response")
       ->excludes(request);
   command.add_flag_callback(
       "--archive", [&options] { options.form = DumpOptions::Form::archive; },
-      "It is kept in an archive (default: by its first octets)");
+      "Take the file for an archive (default: by its first octets)");
   auto* const key = addKey(command, options.key);
   addWidth(command, options.width);
   addJson(command, options.json);
@@ -103,9 +109,12 @@ void bindDump(CLI::App& command, DumpOptions& options) {
 }
 
 void bindDiff(CLI::App& command, DiffOptions& options) {
-  addWord(command, "BEFORE", options.before, "A file, or the URI of a printer");
-  addWord(command, "AFTER", options.after, "The same; - is standard input");
-  command.add_option("--ignore", options.ignored, "Leave these attributes out; may be repeated")
+  addWord(command, "BEFORE", options.before,
+          "The earlier answer: a file, - or the URI of a printer");
+  addWord(command, "AFTER", options.after, "The later answer, likewise");
+  command
+      .add_option("--ignore", options.ignored,
+                  "Leave out attributes of this name; may be given several times")
       ->type_name("NAME")
       ->allow_extra_args(false);
   addTimeout(command, options.timeout);

@@ -3,15 +3,14 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <iterator>
 #include <ostream>
-#include <utility>
+#include <unordered_set>
 
 #include "DisplayText.h"
 #include "Facts.h"
+#include "GroupList.h"
 #include "Report.h"
 #include "Session.h"
-#include "Table.h"
 #include "platen/IPPRequest.h"
 #include "platen/IPPResponse.h"
 
@@ -20,6 +19,7 @@ namespace platen::tool {
 namespace {
 
 using Names = std::vector<std::string>;
+using NameSet = std::unordered_set<std::string>;
 
 // Bits of "printer-type" of the CUPS print server.
 constexpr std::uint32_t kClass = 0x1;
@@ -47,35 +47,41 @@ const Names kAttributes{"printer-name",
                         "requesting-user-name-allowed",
                         "requesting-user-name-denied"};
 
-bool has(const Names& names, const std::string& name) {
-  return std::find(names.begin(), names.end(), name) != names.end();
-}
-
 // The lists that the options ask for; a queue is shown when it is in all of them. The requests that
 // filter at the server cannot tell in which queues a bit is set, only in which it is clear.
-std::vector<Names> wantedLists(const QueuesOptions& options, const IPPResponse& answer) {
-  std::vector<Names> lists;
-  const auto add = [&](bool isWanted, Names names) {
+std::vector<NameSet> wantedSets(const QueuesOptions& options, const IPPResponse& answer) {
+  std::vector<NameSet> sets;
+  const auto add = [&](bool isWanted, Names (IPPResponse::*list)() const) {
     if (isWanted) {
-      lists.push_back(std::move(names));
+      const Names names = (answer.*list)();
+      sets.emplace_back(names.begin(), names.end());
     }
   };
-  add(options.local, answer.localPrintQueues());
-  add(options.remote, answer.remotePrintQueues());
-  add(options.color, answer.colorPrintQueues());
-  add(options.grayscale, answer.grayscalePrintQueues());
-  add(options.requiringAuthentication, answer.requiringAuthenticationPrintQueues());
-  const auto byDefault = answer.defaultPrintQueue();
-  add(options.isDefault, byDefault ? Names{*byDefault} : Names());
-  return lists;
+  add(options.local, &IPPResponse::localPrintQueues);
+  add(options.remote, &IPPResponse::remotePrintQueues);
+  add(options.color, &IPPResponse::colorPrintQueues);
+  add(options.grayscale, &IPPResponse::grayscalePrintQueues);
+  add(options.requiringAuthentication, &IPPResponse::requiringAuthenticationPrintQueues);
+  if (options.isDefault) {
+    const auto name = answer.defaultPrintQueue();
+    sets.push_back(name ? NameSet{*name} : NameSet());
+  }
+  return sets;
 }
 
-bool isWanted(const Facts& queue, const QueuesOptions& options, const std::vector<Names>& lists) {
+bool isWanted(const Facts& queue, const QueuesOptions& options, const std::vector<NameSet>& sets) {
   const auto name = queue.text("printer-name");
   const bool isShared = queue.flag("printer-is-shared").value_or(false);
   return name && !(options.shared && !isShared) && !(options.notShared && isShared) &&
-         std::all_of(lists.begin(), lists.end(),
-                     [&](const Names& list) { return has(list, *name); });
+         std::all_of(sets.begin(), sets.end(),
+                     [&](const NameSet& names) { return names.contains(*name); });
+}
+
+IPPMessage::Groups wantedQueues(const QueuesOptions& options, const IPPResponse& answer) {
+  const auto sets = wantedSets(options, answer);
+  auto queues = answer.printerGroups();
+  std::erase_if(queues, [&](const auto& group) { return !isWanted(Facts(*group), options, sets); });
+  return queues;
 }
 
 std::uint32_t typeOf(const Facts& queue) {
@@ -110,34 +116,20 @@ Json jsonOf(const Facts& queue) {
 }
 
 Table::Row rowOf(const Facts& queue) {
-  const auto jobs = queue.number("queued-job-count");
-  return {queue.text("printer-name").value_or(""),
+  return {queue.textOrEmpty("printer-name"),
           hasBit(queue, kDefault) ? "yes" : "no",
           yesOrNo(queue.flag("printer-is-accepting-jobs")),
           yesOrNo(queue.flag("printer-is-shared")),
-          jobs ? std::to_string(*jobs) : "",
+          queue.numberText("queued-job-count"),
           queue.stateText("printer-state"),
-          queue.text("device-uri").value_or(""),
-          queue.text("printer-info").value_or("")};
+          queue.textOrEmpty("device-uri"),
+          queue.textOrEmpty("printer-info")};
 }
 
-void show(const IPPMessage::Groups& queues, const QueuesOptions& options, std::ostream& out) {
-  if (options.json) {
-    std::vector<Json> values;
-    std::transform(queues.begin(), queues.end(), std::back_inserter(values),
-                   [](const auto& group) { return jsonOf(Facts(*group)); });
-    return writeJson(out, Json::array(values));
-  }
-  if (queues.empty()) {
-    out << "no queues\n";
-    return;
-  }
-  Table table({"Name", "Default", "Accepting", "Shared", "Jobs", "State", "Device", "Info"});
-  for (const auto& group : queues) {
-    table.add(rowOf(Facts(*group)));
-  }
-  table.show(out, Display::ofStandardOutput({}));
-}
+const ListForm kList{"queues",
+                     {"Name", "Default", "Accepting", "Shared", "Jobs", "State", "Device", "Info"},
+                     &jsonOf,
+                     &rowOf};
 
 std::optional<std::string> defaultName(Session& session, const ServerOptions& options) {
   const auto answer =
@@ -162,16 +154,8 @@ void listQueues(const QueuesOptions& options, std::ostream& out) {
   request->setRequestedAttributes(kAttributes);
   Session session(options);
   const auto answer = session.askForAny(request, serverURI(options));
-  IPPMessage::Groups queues;
-  if (answer != nullptr) {
-    const auto lists = wantedLists(options, *answer);
-    for (const auto& group : answer->printerGroups()) {
-      if (isWanted(Facts(*group), options, lists)) {
-        queues.push_back(group);
-      }
-    }
-  }
-  show(queues, options, out);
+  showList(answer == nullptr ? IPPMessage::Groups() : wantedQueues(options, *answer), kList,
+           options, out);
 }
 
 void showOrSetDefault(const QueueOptions& options, std::ostream& out) {

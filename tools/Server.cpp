@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -37,6 +38,38 @@ URL require(const std::optional<URL>& uri, const std::string& reason) {
   return *uri;
 }
 
+// What a server has, and how a short word stands for its URI.
+struct Kind {
+  std::string_view shortWord;
+  bool (*isShortWord)(const std::string& word);
+  std::optional<URL> (*uri)(const std::string& server, const std::string& word);
+};
+
+std::optional<URL> namedQueue(const std::string& server, const std::string& name) {
+  return IPPURI::namedCUPSServerNamedPrinterURI(server, URL::escapePath(name));
+}
+
+// Print servers do not know a job by its bare number at their root, which `namedServerJobURI` is.
+std::optional<URL> numberedJob(const std::string& server, const std::string& number) {
+  return IPPURI::namedServerResourceURI(server, "jobs/" + number);
+}
+
+constexpr Kind kQueue{"the name of a queue", &isQueueName, &namedQueue};
+constexpr Kind kJob{"the number of a job", &isJobNumber, &numberedJob};
+
+URL uriOf(const std::string& word, const Kind& kind, const ServerOptions& options) {
+  if (isURI(word)) {
+    return targetURI(word);
+  }
+  const std::string reason =
+      "\"" + word + "\" is neither " + std::string(kind.shortWord) + " nor a URI";
+  if (!kind.isShortWord(word)) {
+    throw Failure(ExitStatus::usage, reason);
+  }
+  serverURI(options);  // refuses a server that is none, which would be blamed on the word below
+  return require(kind.uri(options.server, word), reason);
+}
+
 }  // namespace
 
 URL serverURI(const ServerOptions& options) {
@@ -50,16 +83,7 @@ URL serverURI(const ServerOptions& options) {
 }
 
 URL queueURI(const std::string& word, const ServerOptions& options) {
-  if (isURI(word)) {
-    return targetURI(word);
-  }
-  const std::string reason = "\"" + word + "\" is neither the name of a queue nor a URI";
-  if (!isQueueName(word)) {
-    throw Failure(ExitStatus::usage, reason);
-  }
-  serverURI(options);  // checked
-  return require(IPPURI::namedCUPSServerNamedPrinterURI(options.server, URL::escapePath(word)),
-                 reason);
+  return uriOf(word, kQueue, options);
 }
 
 URL queueOrServerURI(const std::string& word, const ServerOptions& options) {
@@ -67,16 +91,7 @@ URL queueOrServerURI(const std::string& word, const ServerOptions& options) {
 }
 
 URL jobURI(const std::string& word, const ServerOptions& options) {
-  if (isURI(word)) {
-    return targetURI(word);
-  }
-  const std::string reason = "\"" + word + "\" is neither the number of a job nor a URI";
-  if (!isJobNumber(word)) {
-    throw Failure(ExitStatus::usage, reason);
-  }
-  serverURI(options);  // checked
-  // Print servers do not know a job by its bare number at their root, which `namedServerJobURI` is.
-  return require(IPPURI::namedServerResourceURI(options.server, "jobs/" + word), reason);
+  return uriOf(word, kJob, options);
 }
 
 std::string queueTitle(const URL& queue) {

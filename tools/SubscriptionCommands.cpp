@@ -9,30 +9,22 @@ namespace platen::tool {
 
 namespace {
 
-constexpr const char* kQueueNotes =
-    "A QUEUE is a name, of a queue at ipp://HOST:PORT/printers/NAME, or a whole URI; without one,\n"
-    "it is the server as a whole.\n";
-
 constexpr const char* kEventNotes =
-    "A QUEUE is a name, of a queue at ipp://HOST:PORT/printers/NAME, or a whole URI; without one,\n"
-    "it is the server as a whole.\n"
-    "EVENTS, with commas between them: job-created, job-state-changed, job-completed, "
-    "job-stopped,\n"
-    "job-progress, job-config-changed, printer-state-changed, printer-stopped,\n"
+    "EVENTS, with commas between them: job-created, job-state-changed, job-completed,\n"
+    "job-stopped, job-progress, job-config-changed, printer-state-changed, printer-stopped,\n"
     "printer-config-changed, and what else the server knows.\n";
 
 constexpr const char* kWatchNotes =
-    "A QUEUE is a name, of a queue at ipp://HOST:PORT/printers/NAME, or a whole URI; without one,\n"
-    "it is the server as a whole. Ends with Ctrl-C, and takes its subscription back.\n"
-    "EVENTS, with commas between them, are by default job-created, job-state-changed,\n"
-    "job-completed and printer-state-changed.\n";
+    "By default job-created, job-state-changed, job-completed and printer-state-changed.\n"
+    "Ends at Ctrl-C, and cancels its subscription.\n";
 
 void addQueue(CLI::App& command, std::string& queue) {
-  command.add_option("QUEUE", queue, "Its name or URI (default: the server)");
+  command.add_option("QUEUE", queue, "Name or URI of a queue (default: the whole server)");
 }
 
 CLI::Option* addLease(CLI::App& command, std::optional<std::int32_t>& lease) {
-  return addNumber(command, "--lease", lease, 0, "SECONDS", "How long it shall last; 0: for ever");
+  return addNumber(command, "--lease", lease, 0, "SECONDS",
+                   "How long it shall last; 0: for ever (default: up to the server)");
 }
 
 void bindSubscriptions(CLI::App& command, SubscriptionsOptions& options) {
@@ -42,8 +34,10 @@ void bindSubscriptions(CLI::App& command, SubscriptionsOptions& options) {
 
 void bindSubscribe(CLI::App& command, SubscribeOptions& options) {
   addQueue(command, options.queue);
-  addList(command, "--events", options.events, "EVENTS", "What to be told of")->required();
-  auto* const job = addNumber(command, "--job", options.job, 1, "NUMBER", "Only of this job");
+  addList(command, "--events", options.events, "EVENTS", "What to be told of; has to be there")
+      ->required();
+  auto* const job =
+      addNumber(command, "--job", options.job, 1, "NUMBER", "Only events of this job");
   addLease(command, options.lease)->excludes(job);  // as long as the job, RFC 3995 §5.3.8
   command
       .add_option("--recipient", options.recipient,
@@ -52,15 +46,20 @@ void bindSubscribe(CLI::App& command, SubscribeOptions& options) {
   addServerOptions(command, options);
 }
 
-void bindSubscription(CLI::App& command, SubscriptionOptions& options) {
-  addNumber(command, "SUBSCRIPTION", options.id, 1, "", "Its number")->required();
+void addSubscription(CLI::App& command, SubscriptionOptions& options) {
+  addNumber(command, "SUBSCRIPTION", options.id, 1, "", "Number of the subscription")->required();
   addQueue(command, options.queue);
+}
+
+void bindSubscription(CLI::App& command, SubscriptionOptions& options) {
+  addSubscription(command, options);
   addServerOptions(command, options);
 }
 
 void bindRenewal(CLI::App& command, SubscriptionOptions& options) {
-  bindSubscription(command, options);
+  addSubscription(command, options);
   addLease(command, options.lease);
+  addServerOptions(command, options);
 }
 
 std::string checkInterval(const std::string& text) {
@@ -73,7 +72,7 @@ void bindWatch(CLI::App& command, WatchOptions& options) {
   addList(command, "--events", options.events, "EVENTS", "What to be told of");
   command
       .add_option("--interval", options.interval,
-                  "Ask that often (default: as often as the server wishes)")
+                  "Ask for events that often (default: as the server wishes)")
       ->type_name("SECONDS")
       ->check(&checkInterval);
   addServerOptions(command, options);
@@ -83,14 +82,15 @@ void bindWatch(CLI::App& command, WatchOptions& options) {
 
 void addSubscriptionCommands(CommandSet& commands) {
   commands.add("watch", "Show what happens on a queue or a print server", &watch, &bindWatch,
-               kWatchNotes);
+               std::string(kQueueOrServerNotes) + kEventNotes + kWatchNotes);
   commands.add("subscriptions", "List subscriptions to events", &listSubscriptions,
-               &bindSubscriptions, kQueueNotes);
-  commands.add("subscribe", "Subscribe to events", &subscribe, &bindSubscribe, kEventNotes);
-  commands.add("renew", "Have a subscription last longer", &renewSubscription, &bindRenewal,
-               kQueueNotes);
+               &bindSubscriptions, kQueueOrServerNotes);
+  commands.add("subscribe", "Subscribe to events", &subscribe, &bindSubscribe,
+               std::string(kQueueOrServerNotes) + kEventNotes);
+  commands.add("renew", "Make a subscription last longer", &renewSubscription, &bindRenewal,
+               kQueueOrServerNotes);
   commands.add("unsubscribe", "Cancel a subscription", &cancelSubscription, &bindSubscription,
-               kQueueNotes);
+               kQueueOrServerNotes);
 }
 
 }  // namespace platen::tool

@@ -7,10 +7,10 @@
 
 #include "Facts.h"
 #include "Failure.h"
+#include "GroupList.h"
 #include "OptionText.h"
 #include "Report.h"
 #include "Session.h"
-#include "Table.h"
 #include "platen/IPPResponse.h"
 
 namespace platen::tool {
@@ -23,10 +23,6 @@ struct NumberedJob {
 
   [[nodiscard]] std::int32_t jobId() const noexcept { return number; }
 };
-
-std::string text(const std::optional<std::int32_t>& number) {
-  return number ? std::to_string(*number) : "";
-}
 
 std::string leaseText(std::optional<std::int32_t> seconds) {
   return seconds ? *seconds == 0 ? "for ever" : std::to_string(*seconds) + " s" : "";
@@ -46,14 +42,19 @@ Json jsonOf(const Facts& subscription) {
 
 Table::Row rowOf(const Facts& subscription) {
   const auto pull = subscription.text("notify-pull-method");
-  return {text(subscription.number("notify-subscription-id")),
-          queueName(subscription.text("notify-printer-uri").value_or("")),
-          text(subscription.number("notify-job-id")),
-          subscription.text("notify-subscriber-user-name").value_or(""),
+  return {subscription.numberText("notify-subscription-id"),
+          queueName(subscription.textOrEmpty("notify-printer-uri")),
+          subscription.numberText("notify-job-id"),
+          subscription.textOrEmpty("notify-subscriber-user-name"),
           leaseText(subscription.number("notify-lease-duration")),
           subscription.text("notify-recipient-uri").value_or(pull.value_or("")),
           joined(subscription.texts("notify-events"), ",")};
 }
+
+const ListForm kList{"subscriptions",
+                     {"Subscription", "Queue", "Job", "User", "Lease", "Delivery", "Events"},
+                     &jsonOf,
+                     &rowOf};
 
 // That there are none is client-error-not-found, and so is that there is no such queue.
 IPPMessage::Groups subscriptionsOf(Session& session, const URL& target, bool isQueue) {
@@ -117,21 +118,7 @@ IPPRequest::Pointer subscriptionRequest(const SubscribeOptions& options, const U
 void listSubscriptions(const SubscriptionsOptions& options, std::ostream& out) {
   const URL target = queueOrServerURI(options.queue, options);
   Session session(options);
-  const auto groups = subscriptionsOf(session, target, !options.queue.empty());
-  std::vector<Json> values;
-  Table table({"Subscription", "Queue", "Job", "User", "Lease", "Delivery", "Events"});
-  for (const auto& group : groups) {
-    values.push_back(jsonOf(Facts(*group)));
-    table.add(rowOf(Facts(*group)));
-  }
-  if (options.json) {
-    return writeJson(out, Json::array(values));
-  }
-  if (table.empty()) {
-    out << "no subscriptions\n";
-    return;
-  }
-  table.show(out, Display::ofStandardOutput({}));
+  showList(subscriptionsOf(session, target, !options.queue.empty()), kList, options, out);
 }
 
 void subscribe(const SubscribeOptions& options, std::ostream& out) {

@@ -23,7 +23,6 @@ class Table {
 
   /// Adds a row of as many cells as there are headings. An empty cell is shown as a dash.
   void add(Row cells);
-  [[nodiscard]] bool empty() const noexcept { return rows_.empty(); }
   /// With the headings in bold.
   void show(std::ostream& out, const Display& display) const;
   /// Each row as lines of a heading and its cell, with an empty line between rows; empty cells are

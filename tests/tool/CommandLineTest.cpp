@@ -2,6 +2,9 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <regex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -20,14 +23,32 @@ TEST(CommandLine, TellsItsVersion) {
   EXPECT_EQ(run.out.find('\n'), run.out.size() - 1);
 }
 
-const std::vector<Arguments> kCommands{
-    {"attributes"},      {"print"},         {"dump"},      {"queues"},
-    {"default"},         {"pause"},         {"resume"},    {"purge"},
-    {"queue"},           {"queue", "add"},  {"devices"},   {"queue", "remove"},
-    {"queue", "modify"}, {"jobs"},          {"job"},       {"hold"},
-    {"release"},         {"restart"},       {"cancel"},    {"move"},
-    {"watch"},           {"subscriptions"}, {"subscribe"}, {"renew"},
-    {"unsubscribe"}};
+const std::vector<Arguments> kCommands{{"attributes"},
+                                       {"print"},
+                                       {"dump"},
+                                       {"diff"},
+                                       {"queues"},
+                                       {"default"},
+                                       {"pause"},
+                                       {"resume"},
+                                       {"purge"},
+                                       {"queue"},
+                                       {"queue", "add"},
+                                       {"devices"},
+                                       {"queue", "remove"},
+                                       {"queue", "modify"},
+                                       {"jobs"},
+                                       {"job"},
+                                       {"hold"},
+                                       {"release"},
+                                       {"restart"},
+                                       {"cancel"},
+                                       {"move"},
+                                       {"watch"},
+                                       {"subscriptions"},
+                                       {"subscribe"},
+                                       {"renew"},
+                                       {"unsubscribe"}};
 
 TEST(CommandLine, HelpsWithEachCommandAndTheExitStatuses) {
   for (Arguments arguments : kCommands) {
@@ -38,7 +59,45 @@ TEST(CommandLine, HelpsWithEachCommandAndTheExitStatuses) {
     EXPECT_NE(run.out.find("Usage: platen " + arguments.front()), std::string::npos);
     EXPECT_NE(run.out.find("  3  no answer"), std::string::npos);
   }
-  EXPECT_NE(runTool({"-h"}).out.find("  129, 130, 143  ended by"), std::string::npos);
+  EXPECT_NE(runTool({"-h"}).out.find("  129, 130, 143  SIGHUP, "), std::string::npos);
+}
+
+// The rows of the table of exit statuses under that heading of the manual, each "STATUS MEANING".
+std::set<std::string> statusesInManual(const std::string& heading) {
+  std::ifstream manual(PLATEN_SOURCE_DIR "/docs/command.md");
+  const std::regex row(R"(\| (\d+(?:, \d+)*) \| (.*) \|)");
+  std::set<std::string> rows;
+  bool isUnder = false;
+  std::smatch match;
+  for (std::string line; std::getline(manual, line);) {
+    isUnder = line.starts_with("## ") ? line == heading : isUnder;
+    if (isUnder && std::regex_match(line, match, row)) {
+      rows.insert(match[1].str() + " " + match[2].str());
+    }
+  }
+  return rows;
+}
+
+// The same of a help, where lines are broken and every meaning stands two blanks behind its status.
+std::set<std::string> statusesIn(const std::string& help) {
+  const std::regex status(R"(\n  (\d+(?:, \d+)*)  ((?:.|\n     )*))");
+  const std::string heading = "\nExit status:";
+  const std::string list = help.substr(help.find(heading) + heading.size());
+  std::set<std::string> rows;
+  for (std::sregex_iterator i(list.begin(), list.end(), status), end; i != end; ++i) {
+    const std::string meaning = std::regex_replace((*i)[2].str(), std::regex("\\s+"), " ");
+    rows.insert((*i)[1].str() + " " + meaning);
+  }
+  return rows;
+}
+
+TEST(CommandLine, GivesTheExitStatusesOfTheManual) {
+  const auto statuses = statusesInManual("## Exit status");
+  EXPECT_EQ(statuses.size(), 5U);
+  EXPECT_EQ(statusesIn(runTool({"--help"}).out), statuses);
+  EXPECT_EQ(statusesIn(runTool({"queue", "add", "--help"}).out), statuses);
+  EXPECT_EQ(statusesIn(runTool({"diff", "--help"}).out),
+            statusesInManual("## platen diff FILE|URI FILE|URI"));
 }
 
 TEST(CommandLine, NamesEveryCommandInItsHelp) {

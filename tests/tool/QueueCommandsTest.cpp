@@ -263,7 +263,7 @@ TEST(QueueCommands, RefusesWhatMakesNoSenseBeforeAnythingIsSent) {
       {{"queues", "--server", "me@host"}, "is not a server"},
       {{"queues", "--server", ""}, "is not a server"},
       {{"queues", "--server", "host:99999"}, "is not a server"},
-      {{"queue"}, "A subcommand is required"},
+      {{"queue"}, "a command is missing"},
       {{"queue", "add", "q"}, "DEVICE is required"},
       {{"queue", "add", "q", "no uri"}, "\"no uri\" is not the URI of a device"},
       {{"queue", "add", "q", "file:/x", "--shared", "--not-shared"}, "excludes"},
