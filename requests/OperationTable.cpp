@@ -62,9 +62,9 @@ std::optional<std::string_view> operationNameForId(std::int32_t operationId) noe
 }
 
 const std::map<std::int32_t, std::string_view>& operationIdToNameSpec() {
-  static const auto* const spec =
+  static const auto* const names =
       new auto(dictionaryFromTable(kOperations));  // lives for the process
-  return *spec;
+  return *names;
 }
 
 }  // namespace platen::inline v0

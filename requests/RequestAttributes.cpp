@@ -43,16 +43,24 @@ const IPPMessage::Group& IPPRequest::_jobGroup() {
   return demand(jobGroup_, IPPJobGroup::descriptor);
 }
 
+// A null attribute is not even asked for a group: an empty one would go out on the wire.
+
 void IPPRequest::addOperationAttribute(std::shared_ptr<IPPAttribute> attribute) {
-  _operationGroup()->addAttribute(std::move(attribute));
+  if (attribute != nullptr) {
+    _operationGroup()->addAttribute(std::move(attribute));
+  }
 }
 
 void IPPRequest::addSubscriptionAttribute(std::shared_ptr<IPPAttribute> attribute) {
-  _subscriptionGroup()->addAttribute(std::move(attribute));
+  if (attribute != nullptr) {
+    _subscriptionGroup()->addAttribute(std::move(attribute));
+  }
 }
 
 void IPPRequest::addJobAttribute(std::shared_ptr<IPPAttribute> attribute) {
-  _jobGroup()->addAttribute(std::move(attribute));
+  if (attribute != nullptr) {
+    _jobGroup()->addAttribute(std::move(attribute));
+  }
 }
 
 void IPPRequest::addOperationValue(IPPValue::Pointer value, std::string_view name) {

@@ -70,9 +70,9 @@ std::optional<std::string_view> statusNameForCode(std::int32_t statusCode) noexc
 }
 
 const std::map<std::int32_t, std::string_view>& ippStatusToNameSpec() {
-  static const auto* const spec =
+  static const auto* const names =
       new auto(dictionaryFromTable(kStatuses));  // lives for the process
-  return *spec;
+  return *names;
 }
 
 bool statusAllowsResubmission(std::int32_t statusCode) noexcept {

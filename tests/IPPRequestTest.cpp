@@ -177,6 +177,23 @@ TEST_F(Request, IgnoresAnAttributeThatIsNotThere) {
   EXPECT_EQ(shape(*request), "1:2");
 }
 
+TEST_F(Request, MakesNoSubscriptionGroupForAnAttributeThatIsNotThere) {
+  request->addSubscriptionAttribute(nullptr);
+  EXPECT_EQ(shape(*request), "1:2");
+}
+
+TEST_F(Request, MakesNoJobGroupForAnAttributeThatIsNotThere) {
+  request->addJobAttribute(nullptr);
+  EXPECT_EQ(shape(*request), "1:2");
+}
+
+TEST(RequestWithoutGroups, GetsNoOperationGroupForAnAttributeThatIsNotThere) {
+  const auto decoded = IPPRequest::initWithDataRepresentation(Data{1, 1, 0, 11, 0, 0, 0, 1, 3});
+  ASSERT_NE(decoded, nullptr);
+  decoded->addOperationAttribute(nullptr);
+  EXPECT_EQ(shape(*decoded), "");
+}
+
 TEST_F(Request, WritesOperationThenJobThenSubscriptionGroupHoweverTheyWereMade) {
   request->addSubscriptionAttribute(number("notify-lease-duration"));
   request->addJobAttribute(number("copies"));

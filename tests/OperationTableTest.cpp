@@ -84,12 +84,12 @@ TEST(OperationTable, HandsOutTheWholeTableInAscendingOrder) {
 }
 
 TEST(OperationTable, HandsOutOneDictionaryOfTheSameRows) {
-  const auto& spec = operationIdToNameSpec();
-  EXPECT_EQ(&spec, &operationIdToNameSpec());
-  EXPECT_EQ(spec.size(), std::size(kRows));
+  const auto& names = operationIdToNameSpec();
+  EXPECT_EQ(&names, &operationIdToNameSpec());
+  EXPECT_EQ(names.size(), std::size(kRows));
   for (const Row& row : kRows) {
-    const auto found = spec.find(row.code);
-    ASSERT_NE(found, spec.end()) << row.code;
+    const auto found = names.find(row.code);
+    ASSERT_NE(found, names.end()) << row.code;
     EXPECT_EQ(found->second, row.name);
   }
 }

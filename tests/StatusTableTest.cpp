@@ -92,12 +92,12 @@ TEST(StatusTable, HandsOutTheWholeTableInAscendingOrder) {
 }
 
 TEST(StatusTable, HandsOutOneDictionaryOfTheSameRows) {
-  const auto& spec = ippStatusToNameSpec();
-  EXPECT_EQ(&spec, &ippStatusToNameSpec());
-  EXPECT_EQ(spec.size(), std::size(kRows));
+  const auto& names = ippStatusToNameSpec();
+  EXPECT_EQ(&names, &ippStatusToNameSpec());
+  EXPECT_EQ(names.size(), std::size(kRows));
   for (const Row& row : kRows) {
-    const auto found = spec.find(row.code);
-    ASSERT_NE(found, spec.end()) << row.code;
+    const auto found = names.find(row.code);
+    ASSERT_NE(found, names.end()) << row.code;
     EXPECT_EQ(found->second, row.name);
   }
 }

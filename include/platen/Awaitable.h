@@ -17,8 +17,10 @@
 
 namespace platen::inline v0 {
 
-/// What became of a request: a response, and its status as `error` when that is not successful-ok;
-/// or no response, and the failure as `error`.
+/// What became of a request: a response, and its `status` as `error` when
+/// `IPPResponse::successfulOk` is false; or no response, and the failure as `error`. A success with
+/// reservations (successful-ok-ignored-or-substituted-attributes, ...) comes with a null `error`:
+/// look at `IPPResponse::statusCode`.
 ///
 /// Threads: a plain value; one thread at a time.
 struct PerformResult {
@@ -32,6 +34,7 @@ struct PerformResult {
 /// Threads: used on the thread of its run loop only. Neither copied nor moved.
 class PerformAwaitable {
  public:
+  /// Of use to `perform` only, which says what the arguments are.
   PerformAwaitable(std::shared_ptr<IPPRequest> request, URL target,
                    std::shared_ptr<InputStream> documentStream,
                    std::shared_ptr<OutputStream> responseStream)
@@ -49,7 +52,9 @@ class PerformAwaitable {
   // NOLINTBEGIN(readability-identifier-naming): names that the language looks for
   [[nodiscard]] bool await_ready() const noexcept { return false; }
 
-  /// Starts the exchange. Does not suspend when the request refuses to start one.
+  /// Starts the exchange. Does not suspend when the request refuses to start one. Returns whether
+  /// it suspends. What the delegate's or the stream's part in the start throws comes out of here,
+  /// and so out of the `co_await`.
   bool await_suspend(std::coroutine_handle<> coroutine) {
     coroutine_ = coroutine;
     delegate_->awaiting = this;
@@ -59,6 +64,8 @@ class PerformAwaitable {
     return request_->isInProgress();
   }
 
+  /// The outcome, which is moved out: to be asked for once, as `co_await` does. Neither a response
+  /// nor an error when no exchange was started.
   PerformResult await_resume() noexcept { return std::move(result_); }
   // NOLINTEND(readability-identifier-naming)
 

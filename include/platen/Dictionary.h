@@ -24,16 +24,22 @@ namespace platen::inline v0 {
 template <class Value>
 class Dictionary {
  public:
+  /// A name and the value under it.
   using Entry = std::pair<std::string, Value>;
 
+  /// No entries.
   Dictionary() = default;
+  /// The entries one after the other, each as by `set`: of several with one name the last value
+  /// stays, in the place of the first.
   Dictionary(std::initializer_list<Entry> entries) {
     for (const Entry& entry : entries) {
       set(entry.first, entry.second);
     }
   }
 
-  /// Stores `value` under `name`, in the place of an earlier one.
+  /// Stores `value` under `name`, both copied or moved in: in the place of an earlier value of
+  /// exactly that name, otherwise at the end. Every pointer and iterator into the dictionary
+  /// becomes invalid.
   void set(std::string_view name, Value value) {
     const std::size_t index = indexOf(name);
     if (index < entries_.size()) {
@@ -44,17 +50,24 @@ class Dictionary {
     noteAdded();
   }
 
-  /// The value under `name`, or null; valid until the dictionary changes.
+  /// The value under exactly that name, octet for octet, or null; valid until the dictionary
+  /// changes. A walk up to 16 entries, a search in an ordered index above.
   [[nodiscard]] const Value* find(std::string_view name) const {
     const std::size_t index = indexOf(name);
     return index < entries_.size() ? &entries_[index].second : nullptr;
   }
 
+  /// True when there is no entry.
   [[nodiscard]] bool empty() const noexcept { return entries_.empty(); }
+  /// The number of entries, one for each name.
   [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }
+  /// The entries, read-only, in the order in which their names first arrived; valid until the
+  /// dictionary changes.
   [[nodiscard]] auto begin() const noexcept { return entries_.begin(); }
+  /// Behind the last of them.
   [[nodiscard]] auto end() const noexcept { return entries_.end(); }
 
+  /// Equal values under the same names, in whatever order.
   friend bool operator==(const Dictionary& left, const Dictionary& right) {
     if (left.size() != right.size()) {
       return false;

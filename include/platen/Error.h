@@ -25,18 +25,24 @@ class PLATEN_EXPORT Error {
  public:
   /// One entry of the user information: a text, a list of names, or another error.
   using Entry = std::variant<std::string, std::vector<std::string>, std::shared_ptr<const Error>>;
+  /// Further information by key; what the keys of this library's records hold is said beside each.
   using UserInfo = std::map<std::string, Entry, std::less<>>;
 
+  /// A record of exactly these, which are not looked at.
   Error(std::string domain, std::int64_t code, UserInfo userInfo = {});
 
+  /// Whose codes these are, for example `IPPErrorDomain`; valid as long as this record.
   [[nodiscard]] const std::string& domain() const noexcept { return domain_; }
+  /// What went wrong, as the domain numbers it.
   [[nodiscard]] std::int64_t code() const noexcept { return code_; }
+  /// All further information, perhaps none; valid as long as this record.
   [[nodiscard]] const UserInfo& userInfo() const noexcept { return userInfo_; }
 
-  /// The text under `kLocalizedDescriptionKey`, or nothing. Lives as long as this record.
+  /// The text under `kLocalizedDescriptionKey`; nothing when there is none, or something else.
+  /// Valid as long as this record.
   [[nodiscard]] std::optional<std::string_view> localizedDescription() const;
 
-  /// The error under `kUnderlyingErrorKey`, or null.
+  /// The error under `kUnderlyingErrorKey`; null when there is none, or something else.
   [[nodiscard]] std::shared_ptr<const Error> underlyingError() const;
 
   /// The list of names under `key`; empty when there is none, or something else.

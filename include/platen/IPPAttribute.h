@@ -31,21 +31,27 @@ class PLATEN_EXPORT IPPAttribute : public IPPCodable {
   /// The order of every attribute that has no place of its own.
   static constexpr std::int64_t kUnorderedAttribute = INT64_MAX;
 
-  /// A new attribute; either argument may be absent.
+  /// A new attribute, never null, with this value, which is shared, and this name, which is copied;
+  /// either may be absent. What names and values go together is not checked.
   static std::shared_ptr<IPPAttribute> attributeWithValue(IPPValue::Pointer value,
                                                           std::optional<std::string_view> name);
+  /// The same; the name is copied.
   IPPAttribute(IPPValue::Pointer value, std::optional<std::string_view> name);
+  /// The same, of a text that may have borrowed its octets: they must outlive the attribute then.
   IPPAttribute(IPPValue::Pointer value, Text name) noexcept;
   IPPAttribute(const IPPAttribute&) = delete;
   IPPAttribute& operator=(const IPPAttribute&) = delete;
   ~IPPAttribute() override;
 
-  /// The attributes that stand at the head of an operation group, by name (RFC 8011 §4.1.4).
+  /// The places of the five attributes that stand at the head of an operation group, by name: 0
+  /// "attributes-charset", 1 "attributes-natural-language", 2 "printer-uri", 3 "job-uri", 4
+  /// "requesting-user-name" (RFC 8011 §4.1.4, §4.1.5). Lives for the process.
   static const std::map<std::string_view, std::int64_t>& attributeOrderToNameSpec();
-  /// The place of exactly that name, or nothing.
+  /// The place of exactly that name; nothing for every other one.
   static std::optional<std::int64_t> _attributeOrderFromCodename(std::string_view name);
 
-  /// The value, or null. Immutable, so nothing that a caller does can change it.
+  /// The value, or null. Immutable, so nothing that a caller does can change it. The reference
+  /// lives until this attribute changes or goes, the value as long as it is held.
   [[nodiscard]] const IPPValue::Pointer& ippValue() const noexcept { return value_; }
   /// Takes the place of the value; null removes it.
   void setIppValue(IPPValue::Pointer value) noexcept { value_ = std::move(value); }
@@ -55,22 +61,27 @@ class PLATEN_EXPORT IPPAttribute : public IPPCodable {
   /// The place of this attribute's name, or `kUnorderedAttribute`.
   [[nodiscard]] std::int64_t _attributeOrder() const;
 
-  /// Equal names, letter for letter, and equal values.
+  /// Equal names, letter for letter, and equal values (`IPPValue::isEqual`); absent equals absent
+  /// and nothing else.
   [[nodiscard]] bool isEqual(const IPPAttribute& other) const;
+  /// The same.
   [[nodiscard]] bool _isEqualToAttribute(const IPPAttribute& other) const;
-  /// That of the value, exclusive or that of the name.
+  /// That of the value, exclusive or that of the name. Equal attributes have equal hashes, but for
+  /// those with an out-of-band value (see `IPPValue::hash`).
   [[nodiscard]] std::size_t hash() const;
   /// A new attribute with the same name and value.
   [[nodiscard]] std::shared_ptr<IPPAttribute> copy() const;
-  /// "NAME = VALUE".
+  /// "NAME = VALUE", with the value's description; "(null)" for what is absent.
   [[nodiscard]] std::string description() const;
 
+  /// "IPPAttribute".
   [[nodiscard]] std::string_view className() const noexcept override;
   /// Writes one record, and one more for each further value of a set. Without a value: the octet 0
-  /// and the name.
+  /// and the name. A name that is absent or not ASCII is written with a length of 0.
   void encodeWithCoder(IPPCoder& coder) const override;
-  /// From a keyed coder. A sequential one is not read: records are what `decodeIPPAttribute` reads,
-  /// and the result has neither name nor value.
+  /// A new attribute from a keyed coder, never null; raises what the coder raises. A sequential one
+  /// is not read: records are what `decodeIPPAttribute` reads, and the result has neither name nor
+  /// value.
   static std::shared_ptr<IPPAttribute> initWithCoder(IPPCoder& coder);
 
  protected:

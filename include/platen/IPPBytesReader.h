@@ -24,12 +24,12 @@ class PLATEN_EXPORT IPPBytesReader {
   IPPBytesReader& operator=(const IPPBytesReader&) = delete;
   virtual ~IPPBytesReader();
 
-  /// An `IPPDataReader` over `data`, which it keeps alive; null counts as no octets.
+  /// A new `IPPDataReader` over `data`, which it keeps alive; null counts as no octets.
   static std::shared_ptr<IPPBytesReader> readerWithData(std::shared_ptr<const Data> data);
-  /// An `IPPStreamReader` over `stream`, which it keeps alive and which the caller has opened.
+  /// A new `IPPStreamReader` over `stream`, which it keeps alive and which the caller has opened.
   static std::shared_ptr<IPPBytesReader> readerWithStream(std::shared_ptr<InputStream> stream);
-  /// An `IPPFileHandleReader` over an open descriptor, which stays the caller's and must stay open
-  /// as long as the reader is used.
+  /// A new `IPPFileHandleReader` over an open descriptor, which stays the caller's and must stay
+  /// open as long as the reader is used.
   static std::shared_ptr<IPPBytesReader> readerWithFileHandle(int descriptor);
 
   /// Places at most `length` octets at `destination`, in one attempt: a source that gives fewer is
@@ -54,12 +54,15 @@ class PLATEN_EXPORT IPPDataReader : public IPPBytesReader {
   explicit IPPDataReader(std::shared_ptr<const Data> data);
   ~IPPDataReader() override;
 
-  /// All of what it was made over, to be held by those who want to keep octets of the window.
+  /// All of what it was made over, read or not, to be held by those who want to keep octets of the
+  /// window; null when it was made over null.
   [[nodiscard]] const std::shared_ptr<const Data>& data() const noexcept { return data_; }
 
+  /// As many octets as are left, at most `length`; 0 at the end, never -1.
   std::ptrdiff_t readData(std::uint8_t* destination, std::size_t length) override;
   /// All octets that are left. They stay valid as long as `data` lives.
   [[nodiscard]] Bytes window() const noexcept override;
+  /// Moves past `count` octets, at most to the end.
   void advance(std::size_t count) noexcept override;
 
  private:
@@ -76,13 +79,15 @@ class PLATEN_EXPORT IPPStreamReader : public IPPBytesReader {
   explicit IPPStreamReader(std::shared_ptr<InputStream> stream);
   ~IPPStreamReader() override;
 
+  /// What it was made over; may be null.
   [[nodiscard]] const std::shared_ptr<InputStream>& stream() const noexcept { return stream_; }
 
+  /// The result of one `InputStream::read`; -1 without a stream. Raises what the stream raises.
   std::ptrdiff_t readData(std::uint8_t* destination, std::size_t length) override;
-  /// What the stream lends (`InputStream::getBuffer`).
+  /// What the stream lends (`InputStream::getBuffer`); empty when it raises.
   [[nodiscard]] Bytes window() const noexcept override;
   /// Takes the octets from the stream too (`InputStream::skip`), so that it always stands right
-  /// behind what was read here.
+  /// behind what was read here. What the stream raises ends here.
   void advance(std::size_t count) noexcept override;
 
  private:
@@ -99,10 +104,12 @@ class PLATEN_EXPORT IPPFileHandleReader : public IPPBytesReader {
   explicit IPPFileHandleReader(int descriptor);
   ~IPPFileHandleReader() override;
 
+  /// What it was made over.
   [[nodiscard]] int fileDescriptor() const noexcept { return fileDescriptor_; }
 
-  /// A read that a signal interrupts before any octet came is made anew. Why -1 was returned is in
-  /// errno.
+  /// The result of one read(2): fewer octets than `length` where a pipe or a socket has no more, 0
+  /// at the end, -1 on an error, also of a nonblocking descriptor that has nothing to give yet; why
+  /// is in errno. A read that a signal interrupts before any octet came is made anew.
   std::ptrdiff_t readData(std::uint8_t* destination, std::size_t length) override;
 
  private:

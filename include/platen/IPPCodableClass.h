@@ -22,15 +22,16 @@ class PLATEN_EXPORT IPPCodableClass {
   /// A new object read from a keyed coder; null when there is none to be had. May raise.
   using Decode = IPPCoder::Object (*)(IPPCoder&);
 
-  /// `className` must live for the process.
+  /// A class of these. `className` must live for the process; `decode` must not be null.
   constexpr IPPCodableClass(std::string_view className, Decode decode) noexcept
       : className_(className), decode_(decode) {}
   IPPCodableClass(const IPPCodableClass&) = delete;
   IPPCodableClass& operator=(const IPPCodableClass&) = delete;
 
-  /// What `IPPCodable::className` answers for objects of this class.
+  /// What `IPPCodable::className` answers for objects of this class. Lives for the process.
   [[nodiscard]] constexpr std::string_view className() const noexcept { return className_; }
-  /// A new object of this class, read from `coder`. Raises what the coder raises.
+  /// A new object of this class, read from `coder`; null when there is none to be had. Raises what
+  /// the coder raises.
   [[nodiscard]] IPPCoder::Object initWithCoder(IPPCoder& coder) const { return decode_(coder); }
 
  private:
@@ -55,6 +56,7 @@ class PLATEN_EXPORT IPPCodableRegistration {
   static const IPPCodableRegistration* first() noexcept;
   /// The one that was registered after this one, or null.
   [[nodiscard]] const IPPCodableRegistration* next() const noexcept { return next_; }
+  /// The class that was registered.
   [[nodiscard]] const IPPCodableClass& codableClass() const noexcept { return class_; }
 
  private:

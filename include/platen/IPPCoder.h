@@ -31,11 +31,14 @@ class IPPCoder;
 class IPPValue;
 
 /// An object that a coder can write: a value, an attribute, a group, a message.
+///
+/// Threads: as the class of the object says.
 class PLATEN_EXPORT IPPCodable : public KeyValueAccess {
  public:
   ~IPPCodable() override;
   /// Writes the object to `coder`: as a sequence of fields when the coder is a sequential one, as
-  /// named fields when it allows keyed coding. One operation serves both.
+  /// named fields when it allows keyed coding. One operation serves both. Raises what the coder
+  /// raises, and may have written a part then.
   virtual void encodeWithCoder(IPPCoder& coder) const = 0;
 
  protected:
@@ -62,6 +65,7 @@ class PLATEN_EXPORT IPPCodable : public KeyValueAccess {
 /// Threads: one thread at a time. Neither copied nor moved.
 class PLATEN_EXPORT IPPCoder {
  public:
+  /// What a keyed coder is given and gives: shared, and null where there is none.
   using Object = std::shared_ptr<const IPPCodable>;
 
   IPPCoder() = default;
@@ -74,7 +78,7 @@ class PLATEN_EXPORT IPPCoder {
 
   // --- Both faces -------------------------------------------------------------------------------
 
-  /// Has the object write itself.
+  /// Has the object write itself (`IPPCodable::encodeWithCoder`).
   virtual void encodeObject(const IPPCodable& object);
   /// The next object of the sequence; null on every coder that does not say otherwise.
   virtual std::shared_ptr<IPPCodable> decodeObject();
@@ -82,7 +86,7 @@ class PLATEN_EXPORT IPPCoder {
   // --- The sequential face: generic entry points ------------------------------------------------
 
   /// Writes one fixed-width field: 'c' a `std::uint8_t`, 's' a `std::uint16_t`, 'i' a
-  /// `std::uint32_t`, read from `value`.
+  /// `std::uint32_t`, read from `value`. What other types do is for a coder to say.
   virtual void encodeValueOfType(char type, const void* value);
   /// Writes the low 16 bits of `length` and then all of the octets.
   virtual void encodeBytes(const void* bytes, std::size_t length);
@@ -96,26 +100,41 @@ class PLATEN_EXPORT IPPCoder {
 
   // --- The sequential face: primitive fields ----------------------------------------------------
 
+  /// One octet, 'c'.
   void encodeByte(std::uint8_t value);
+  /// Two octets, 's', in two's complement.
   void encodeInt16(std::int16_t value);
+  /// Four octets, 'i', in two's complement.
   void encodeInt32(std::int32_t value);
   /// Writes `string` in `encoding`, up to its first zero octet. An absent string, and one that the
   /// encoding cannot express, is written as a count of 0 and nothing else. A run longer than 65535
   /// octets is written whole behind the low 16 bits of its count: 32767 octets is the most that a
   /// reader takes.
   void encodeString(std::optional<std::string_view> string, TextEncoding encoding);
+  /// `encodeString` in `naturalLanguageEncoding`.
   void encodeNaturalLanguageString(std::optional<std::string_view> string);
+  /// `encodeString` in ASCII.
   void encodeASCIIString(std::optional<std::string_view> string);
+  /// `encodeString` in UTF-8.
   void encodeOctetString(std::optional<std::string_view> string);
 
+  // Each raises `InconsistentArchiveException` when the input ends before the field does; a string
+  // also on a count of 0x8000 and above. Texts live as long as the decoded message where the coder
+  // keeps one, and as long as the result otherwise.
+
+  /// One octet, from 0 to 255.
   std::uint8_t decodeByte();
-  /// Signed.
+  /// Two octets as a signed number.
   std::int16_t decodeInt16();
+  /// Four octets as a signed number.
   std::int32_t decodeInt32();
   /// Absent for a count of 0, and when the octets are not valid in `encoding`.
   Text decodeStringUsingEncoding(TextEncoding encoding);
+  /// `decodeStringUsingEncoding` of `naturalLanguageEncoding`.
   Text decodeNaturalLanguageString();
+  /// `decodeStringUsingEncoding` of ASCII.
   Text decodeASCIIString();
+  /// `decodeStringUsingEncoding` of UTF-8.
   Text decodeOctetString();
   /// One octet, sign-extended, so that 0x80 and above are negative. A coder that keeps a current
   /// tag notes it.
@@ -133,7 +152,7 @@ class PLATEN_EXPORT IPPCoder {
   /// The groups up to the end-of-attributes tag, or nothing when they do not decode. On a general
   /// coder nothing, since its `decodeObject` gives no list of groups.
   virtual std::optional<std::vector<std::shared_ptr<IPPAttributeGroup>>> decodeIPPGroups();
-  /// One attribute record after its tag; on a general coder `decodeObject`.
+  /// One attribute record after its tag; null on a general coder.
   virtual std::shared_ptr<IPPAttribute> decodeIPPAttribute();
   /// The body of a value of the current tag; null on a general coder.
   virtual std::shared_ptr<const IPPValue> decodeIPPValue();
@@ -141,13 +160,17 @@ class PLATEN_EXPORT IPPCoder {
   /// Collections nest at most this deep; a deeper one is a decoding failure.
   static constexpr int kDeepestCollection = 64;
 
-  /// Held while the members of a collection are read; the constructor raises
-  /// `InconsistentArchiveException` when that would be one collection too deep.
+  /// Held while the members of a collection are read.
+  ///
+  /// Threads: as its coder. Neither copied nor moved.
   class PLATEN_EXPORT CollectionScope {
    public:
+    /// Enters one more collection of `coder`, which must outlive this. Raises
+    /// `InconsistentArchiveException` when that would be one too deep.
     explicit CollectionScope(IPPCoder& coder);
     CollectionScope(const CollectionScope&) = delete;
     CollectionScope& operator=(const CollectionScope&) = delete;
+    /// Leaves it.
     ~CollectionScope() { --coder_.collectionDepth_; }
 
    private:
@@ -156,7 +179,11 @@ class PLATEN_EXPORT IPPCoder {
 
   // --- The keyed face ---------------------------------------------------------------------------
 
+  // Each writes one field of the object that is being written, under a key that it has once.
+
+  /// A number.
   virtual void encodeIntForKey(std::int64_t value, std::string_view key);
+  /// True or false, which is no number.
   virtual void encodeBoolForKey(bool value, std::string_view key);
   /// An absent string is written as absent.
   virtual void encodeStringForKey(std::optional<std::string_view> value, std::string_view key);
@@ -164,17 +191,28 @@ class PLATEN_EXPORT IPPCoder {
   virtual void encodeRawValueForKey(const RawValue& value, std::string_view key);
   /// A null pointer is written as absent.
   virtual void encodeObjectForKey(const Object& object, std::string_view key);
+  /// The objects in order, null ones in their places.
   virtual void encodeObjectsForKey(const std::vector<Object>& objects, std::string_view key);
+  /// The objects by their names, in the order of the dictionary.
   virtual void encodeNamedObjectsForKey(const Dictionary<Object>& objects, std::string_view key);
 
-  // A missing key reads as 0, false, absent, null or empty, unless the coder refuses it.
+  // Each reads one field of the object that is being read. A missing key reads as 0, false, absent,
+  // null or empty, unless the coder refuses it, as `IPPKeyedUnarchiver` does. What was encoded
+  // comes back equal.
 
+  /// What `encodeIntForKey` wrote.
   virtual std::int64_t decodeIntForKey(std::string_view key);
+  /// What `encodeBoolForKey` wrote.
   virtual bool decodeBoolForKey(std::string_view key);
+  /// What `encodeStringForKey` wrote; absent where an absent one was written.
   virtual std::optional<std::string> decodeStringForKey(std::string_view key);
+  /// What `encodeRawValueForKey` wrote, of the same kind.
   virtual RawValue decodeRawValueForKey(std::string_view key);
+  /// A new object of the class that was written; null where null was written.
   virtual Object decodeObjectForKey(std::string_view key);
+  /// What `encodeObjectsForKey` wrote, in order.
   virtual std::vector<Object> decodeObjectsForKey(std::string_view key);
+  /// What `encodeNamedObjectsForKey` wrote, in the same order.
   virtual Dictionary<Object> decodeNamedObjectsForKey(std::string_view key);
 
   // --- Memory -----------------------------------------------------------------------------------
@@ -204,6 +242,7 @@ class PLATEN_EXPORT IPPCoder {
     return {std::move(room), value};
   }
 
+  /// The name and the value of a member of a collection.
   using Member = std::pair<Text, std::shared_ptr<const IPPValue>>;
   /// A new set of values (`IPPArray`) that this coder decoded. Raises `RangeException` "Invalid
   /// parameter" when there is none.
@@ -214,11 +253,15 @@ class PLATEN_EXPORT IPPCoder {
   virtual std::shared_ptr<const IPPValue> makeMap(std::span<Member> members);
 
   /// Stacks on which the members and values of the collections in progress are gathered: an inner
-  /// collection takes off what it put on before the outer one goes on.
+  /// collection takes off what it put on before the outer one goes on. Of use to decoding classes
+  /// only.
+  ///
+  /// Threads: as its coder.
   struct Scratch {
     std::vector<Member> members;
     std::vector<std::shared_ptr<const IPPValue>> values;
   };
+  /// The stacks of this coder; valid as long as it.
   [[nodiscard]] Scratch& scratch() noexcept { return scratch_; }
 
  protected:

@@ -27,21 +27,25 @@ namespace platen::inline v0 {
 class PLATEN_EXPORT IPPDateTime : public IPPValueImpl {
  public:
   static const IPPValueClass descriptor;
+  /// Any instant; see above for what can be written.
   explicit IPPDateTime(Date date) noexcept : date_(date) {}
 
   [[nodiscard]] const IPPValueClass& ippClass() const noexcept override { return descriptor; }
+  /// The date, to the millisecond as it was given; to the second when it was decoded.
   [[nodiscard]] RawValue rawValue() const override;
+  /// The same; never nothing.
   [[nodiscard]] std::optional<Date> dateTimeValue() const override;
   /// Whole seconds since 1970-01-01 00:00:00 UTC, the fraction dropped toward zero, cut to 32 bits.
   [[nodiscard]] std::int32_t intValue() const override;
   /// False.
   [[nodiscard]] bool boolValue() const override;
-  /// "2001-02-03 04:05:06 +0000".
+  /// In UTC to the second, "2001-02-03 04:05:06 +0000"; never nothing.
   [[nodiscard]] std::optional<std::string> stringValue() const override;
-  /// Of `intValue`.
+  /// Of `intValue`; equal dates have equal hashes.
   [[nodiscard]] std::size_t hash() const override;
   /// The same class and the same `intValue`: equal to the second.
   [[nodiscard]] bool isEqual(const IPPValue& other) const override;
+  /// Writes the second that `intValue` names, in UTC, with 0 deci-seconds.
   void encodeWithCoder(IPPCoder& coder) const override;
 
  private:

@@ -35,7 +35,7 @@ inline constexpr std::size_t kIPPArchiveLargestSize = std::size_t{16} << 20U;
 
 /// How an archive is read.
 ///
-/// Threads: a plain value.
+/// Threads: a plain value; one thread at a time.
 struct IPPArchiveReading {
   /// The form, where it must be this one (either kind of JSON stands for both); nothing to have it
   /// recognised.

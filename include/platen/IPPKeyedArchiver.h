@@ -47,37 +47,44 @@ class ArchiveWriter;
 /// Threads: one thread at a time. Neither copied nor moved.
 class PLATEN_EXPORT IPPKeyedArchiver : public IPPCoder {
  public:
-  /// The archive of `root` and of everything that it refers to. Nothing on a failure; `error`,
-  /// which may be null, is then set, and otherwise set to null.
+  /// The archive of `root` and of everything that it refers to. Nothing on a failure; `*error` is
+  /// then set to a record of `IPPArchiveErrorDomain`, and otherwise to null. `error` may be null.
   static std::optional<Data> archivedDataWithRootObject(
       const IPPCodable& root, IPPArchiveFormat format = IPPArchiveFormat::json,
       std::shared_ptr<const Error>* error = nullptr);
-  /// The same into an open stream, which stays open. False on a failure, also of the stream, which
-  /// may have taken a part then; a nonblocking one without space is a failure (EAGAIN).
+  /// The same into an open stream, which stays open: true when all of it was taken, in as many
+  /// writes as that takes. False on a failure, also of the stream, which may have taken a part
+  /// then; a nonblocking one without space is a failure (EAGAIN), one that is not open too (EBADF).
+  /// What an application's own stream raises comes out of here.
   static bool archiveRootObject(const IPPCodable& root, OutputStream& stream,
                                 IPPArchiveFormat format = IPPArchiveFormat::json,
                                 std::shared_ptr<const Error>* error = nullptr);
   /// The same into the file at `path`, in the place of an earlier one: whoever reads it sees the
   /// old file or the new one, never a part. Its mode is 0600. False on a failure; then nothing has
-  /// changed.
+  /// changed. What is no regular file is not replaced: a directory (EISDIR), a device, a pipe or a
+  /// socket (EINVAL).
   static bool archiveRootObject(const IPPCodable& root, const std::string& path,
                                 IPPArchiveFormat format = IPPArchiveFormat::json,
                                 std::shared_ptr<const Error>* error = nullptr);
 
+  /// An archiver that has encoded nothing yet.
   IPPKeyedArchiver();
   ~IPPKeyedArchiver() override;
 
   /// Makes `root` the root object. It need not outlive the call, and nor need anything else that is
-  /// encoded. Once, and before anything else is encoded.
+  /// encoded. Once, and before anything else is encoded. Raises as said above.
   void encodeRootObject(const IPPCodable& root);
-  /// The archive of all that was encoded so far.
+  /// The archive of all that was encoded so far, which may go on afterwards.
   [[nodiscard]] Data archivedData(IPPArchiveFormat format = IPPArchiveFormat::json) const;
   /// Why this archiver raised; null when it did not.
   [[nodiscard]] std::shared_ptr<const Error> error() const;
 
+  /// True: the sequential face is not there, and asking for it raises `InvalidArgumentException`.
   [[nodiscard]] bool allowsKeyedCoding() const noexcept override { return true; }
 
-  // While an object is being written these are its fields, otherwise those at the top.
+  // While an object is being written these are its fields, otherwise those at the top; what each
+  // writes is said in `IPPCoder`. All raise as said above. What is given is only read during the
+  // call.
 
   void encodeIntForKey(std::int64_t value, std::string_view key) override;
   void encodeBoolForKey(bool value, std::string_view key) override;

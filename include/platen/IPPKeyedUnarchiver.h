@@ -64,7 +64,8 @@ class PLATEN_EXPORT IPPKeyedUnarchiver : public IPPCoder {
     return ofKind<Kind>(rootObjectOf(initForReadingWithStream(stream, error, reading), error),
                         error);
   }
-  /// From the file at `path`.
+  /// From the file at `path`. One that cannot be opened or read is a failure of
+  /// `kPOSIXErrorDomain`.
   template <class Kind = const IPPCodable>
   static std::shared_ptr<Kind> unarchiveObjectWithFile(
       const std::string& path, std::shared_ptr<const Error>* error = nullptr,
@@ -88,7 +89,7 @@ class PLATEN_EXPORT IPPKeyedUnarchiver : public IPPCoder {
   static std::shared_ptr<IPPKeyedUnarchiver> initForReadingWithStream(
       InputStream& stream, std::shared_ptr<const Error>* error = nullptr,
       const IPPArchiveReading& reading = {});
-  /// From the file at `path`.
+  /// From the file at `path`, as above.
   static std::shared_ptr<IPPKeyedUnarchiver> initForReadingWithFile(
       const std::string& path, std::shared_ptr<const Error>* error = nullptr,
       const IPPArchiveReading& reading = {});
@@ -108,7 +109,8 @@ class PLATEN_EXPORT IPPKeyedUnarchiver : public IPPCoder {
   /// False only when asking for the key would raise because it is missing.
   [[nodiscard]] bool containsValueForKey(std::string_view key) const;
 
-  // While an object is being read these are its fields, otherwise those at the top.
+  // While an object is being read these are its fields, otherwise those at the top; what each reads
+  // is said in `IPPCoder`. A field of another type than is asked for raises too.
 
   std::int64_t decodeIntForKey(std::string_view key) override;
   bool decodeBoolForKey(std::string_view key) override;

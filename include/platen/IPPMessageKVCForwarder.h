@@ -21,10 +21,11 @@ namespace platen::inline v0 {
 /// Threads: one thread at a time, as the message.
 class PLATEN_EXPORT IPPMessageKVCForwarder : public KeyValueAccess {
  public:
-  /// A new forwarder of this class to `object`, which it holds. To null: every key but its own is
-  /// undefined.
+  /// A new forwarder of this class to `object`, which it holds; never null. To null: every key but
+  /// its own is undefined.
   static std::shared_ptr<IPPMessageKVCForwarder> forwarderWithObject(
       std::shared_ptr<const IPPMessage> object);
+  /// The same.
   explicit IPPMessageKVCForwarder(std::shared_ptr<const IPPMessage> object) noexcept;
   IPPMessageKVCForwarder(const IPPMessageKVCForwarder&) = delete;
   IPPMessageKVCForwarder& operator=(const IPPMessageKVCForwarder&) = delete;
@@ -34,6 +35,7 @@ class PLATEN_EXPORT IPPMessageKVCForwarder : public KeyValueAccess {
   [[nodiscard]] const std::shared_ptr<const IPPMessage>& object() const noexcept { return object_; }
   /// That of the message; "(null)" without one.
   [[nodiscard]] virtual std::string description() const;
+  /// The name of its class; for this one "IPPMessageKVCForwarder".
   [[nodiscard]] std::string_view className() const noexcept override;
 
  protected:
@@ -54,9 +56,11 @@ class PLATEN_EXPORT IPPMessageKVCForwarder : public KeyValueAccess {
 class PLATEN_EXPORT IPPMessageKVCOperatorAllForwarder : public IPPMessageKVCForwarder {
  public:
   using IPPMessageKVCForwarder::IPPMessageKVCForwarder;
+  /// A new forwarder to `object`, as in the base class.
   static std::shared_ptr<IPPMessageKVCOperatorAllForwarder> forwarderWithObject(
       std::shared_ptr<const IPPMessage> object);
-  /// The attributes whose name matches `key`, in group order and then attribute order.
+  /// The attributes whose name matches `key`, in group order and then attribute order; an empty
+  /// list when none does. Raises `UndefinedKeyException` when there is no message.
   [[nodiscard]] KeyValue valueForUndefinedKey(std::string_view key) const override;
   [[nodiscard]] std::string_view className() const noexcept override;
 };
@@ -66,10 +70,14 @@ class PLATEN_EXPORT IPPMessageKVCOperatorAllForwarder : public IPPMessageKVCForw
 class PLATEN_EXPORT IPPMessageKVCOperatorDefaultForwarder : public IPPMessageKVCForwarder {
  public:
   using IPPMessageKVCForwarder::IPPMessageKVCForwarder;
+  /// A new forwarder to `object`, as in the base class.
   static std::shared_ptr<IPPMessageKVCOperatorDefaultForwarder> forwarderWithObject(
       std::shared_ptr<const IPPMessage> object);
+  /// The attributes whose name matches `key` followed by "-default", in group order and then
+  /// attribute order; an empty list when none does. Raises `UndefinedKeyException` when there is no
+  /// message.
   [[nodiscard]] KeyValue valueForUndefinedKey(std::string_view key) const override;
-  /// The list of the attributes with "-default" in their name.
+  /// The list of the attributes with "-default" in their name; "(null)" without a message.
   [[nodiscard]] std::string description() const override;
   [[nodiscard]] std::string_view className() const noexcept override;
 };
@@ -79,10 +87,14 @@ class PLATEN_EXPORT IPPMessageKVCOperatorDefaultForwarder : public IPPMessageKVC
 class PLATEN_EXPORT IPPMessageKVCOperatorSupportedForwarder : public IPPMessageKVCForwarder {
  public:
   using IPPMessageKVCForwarder::IPPMessageKVCForwarder;
+  /// A new forwarder to `object`, as in the base class.
   static std::shared_ptr<IPPMessageKVCOperatorSupportedForwarder> forwarderWithObject(
       std::shared_ptr<const IPPMessage> object);
+  /// The attributes whose name matches `key` followed by "-supported", in group order and then
+  /// attribute order; an empty list when none does. Raises `UndefinedKeyException` when there is no
+  /// message.
   [[nodiscard]] KeyValue valueForUndefinedKey(std::string_view key) const override;
-  /// The list of the attributes with "-supported" in their name.
+  /// The list of the attributes with "-supported" in their name; "(null)" without a message.
   [[nodiscard]] std::string description() const override;
   [[nodiscard]] std::string_view className() const noexcept override;
 };

@@ -29,38 +29,49 @@ namespace platen::inline v0 {
 /// Threads: one thread at a time. Neither copied nor moved.
 class PLATEN_EXPORT IPPMessageStream : public InputStream {
  public:
-  /// Null when the message is null or empty. Without a data stream the stream is one over the
-  /// message alone: `messageHeader` is null then, and the message is the data stream.
+  /// A new stream over both, which it holds; the message must not change meanwhile. Null when the
+  /// message is null or empty. Without a data stream the stream is one over a copy of the message
+  /// alone: `messageHeader` is null then, and the message is the data stream.
   static std::shared_ptr<IPPMessageStream> initWithMessageHeader(
       std::shared_ptr<const Data> messageHeader, std::shared_ptr<InputStream> dataStream);
+  /// The same without the checks: a null message counts as none, `dataStream` must not be null.
   IPPMessageStream(std::shared_ptr<const Data> messageHeader,
                    std::shared_ptr<InputStream> dataStream) noexcept;
   ~IPPMessageStream() override;
 
+  /// The encoded message, read or not; may be null.
   [[nodiscard]] const std::shared_ptr<const Data>& messageHeader() const noexcept {
     return messageHeader_;
   }
+  /// Takes its place. `bytesLeftInMessage` and `cursor` stay as they are; no more is read than
+  /// there is.
   void setMessageHeader(std::shared_ptr<const Data> header) noexcept;
+  /// What follows the message.
   [[nodiscard]] const std::shared_ptr<InputStream>& dataStream() const noexcept {
     return dataStream_;
   }
-  /// The stream must not be null.
+  /// Takes its place, in whatever state it is. The stream must not be null.
   void setDataStream(std::shared_ptr<InputStream> stream) noexcept;
   /// How many octets of the message are still to come.
   [[nodiscard]] std::uint64_t bytesLeftInMessage() const noexcept { return bytesLeftInMessage_; }
+  /// Sets how many are to come; 0 passes over the rest of the message.
   void setBytesLeftInMessage(std::uint64_t count) noexcept { bytesLeftInMessage_ = count; }
-  /// Where in the message the next octet is.
+  /// Where in the message the next octet is, from 0.
   [[nodiscard]] std::uint64_t cursor() const noexcept { return cursor_; }
+  /// Sets where it is; `bytesLeftInMessage` stays as it is.
   void setCursor(std::uint64_t cursor) noexcept { cursor_ = cursor; }
   /// True while octets of the message are left.
   [[nodiscard]] bool shouldReadEncodedMessage() const noexcept { return bytesLeftInMessage_ != 0; }
 
   /// Octets of the message while there are any, whether or not the stream is open; after that what
-  /// the data stream gives.
+  /// the data stream gives, with its results.
   std::ptrdiff_t read(std::uint8_t* destination, std::size_t maxLength) override;
+  /// True while octets of the message are left; after that what the data stream says.
   [[nodiscard]] bool hasBytesAvailable() const override;
-  /// False: the stream never lends its buffer.
+  /// False: the stream never lends a buffer, and `buffer` stays as it was.
   bool getBuffer(Bytes& buffer) override;
+
+  // Everything else is the data stream's own, with its results.
 
   void open() override;
   void close() override;

@@ -20,8 +20,11 @@ namespace platen::inline v0 {
 /// Threads: immutable; may be shared between threads.
 class PLATEN_EXPORT IPPNullValue : public IPPValue {
  public:
+  /// The null object.
   [[nodiscard]] RawValue rawValue() const override;
+  /// The null object.
   [[nodiscard]] RawValue value() const override;
+  /// Writes a length of 0, and the null object to a keyed coder.
   void encodeWithCoder(IPPCoder& coder) const override;
 };
 

@@ -2,7 +2,7 @@
 #pragma once
 
 /// @file
-/// The numeric syntaxes (RFC 8011 §5.1.5, §5.1.13, §5.1.14).
+/// The numeric syntaxes (RFC 8011 §5.1.5, §5.1.12, §5.1.13).
 
 #include <cstdint>
 #include <optional>
@@ -20,18 +20,23 @@ namespace platen::inline v0 {
 /// Threads: immutable; may be shared between threads.
 class PLATEN_EXPORT IPPNumberValue : public IPPValueImpl {
  public:
+  /// Any number is taken and kept as it is; see `intValue` for what of it is written.
   explicit IPPNumberValue(Number number) noexcept : number_(number) {}
 
+  /// The number as it was given; valid as long as this value.
   [[nodiscard]] const Number& number() const noexcept { return number_; }
 
+  /// The number as it was given.
   [[nodiscard]] RawValue rawValue() const override;
-  /// Decimal text.
+  /// Decimal text (`Number::stringValue`); never nothing.
   [[nodiscard]] std::optional<std::string> stringValue() const override;
-  /// The low 32 bits.
+  /// The low 32 bits of the number cut to a whole one: of 5000000000 that is 705032704.
   [[nodiscard]] std::int32_t intValue() const override;
   /// The number is not zero.
   [[nodiscard]] bool boolValue() const override;
+  /// True for every number value, of whatever class, whose number is equal (true equals 1).
   [[nodiscard]] bool _hasEqualRawValue(const IPPValue& other) const override;
+  /// Writes `intValue` in 4 octets; to a keyed coder the number as it is.
   void encodeWithCoder(IPPCoder& coder) const override;
 
  protected:
@@ -41,7 +46,7 @@ class PLATEN_EXPORT IPPNumberValue : public IPPValueImpl {
   Number number_;
 };
 
-/// integer. Threads: immutable; may be shared between threads.
+/// integer, RFC 8011 §5.1.13. Threads: immutable; may be shared between threads.
 class PLATEN_EXPORT IPPInteger : public IPPNumberValue {
  public:
   using IPPNumberValue::IPPNumberValue;
@@ -49,7 +54,7 @@ class PLATEN_EXPORT IPPInteger : public IPPNumberValue {
   [[nodiscard]] const IPPValueClass& ippClass() const noexcept override { return descriptor; }
 };
 
-/// enum. Threads: immutable; may be shared between threads.
+/// enum, RFC 8011 §5.1.5. Threads: immutable; may be shared between threads.
 class PLATEN_EXPORT IPPEnum : public IPPNumberValue {
  public:
   using IPPNumberValue::IPPNumberValue;
@@ -59,7 +64,7 @@ class PLATEN_EXPORT IPPEnum : public IPPNumberValue {
   [[nodiscard]] std::int32_t intValue() const override;
 };
 
-/// boolean.
+/// boolean, RFC 8011 §5.1.12.
 ///
 ///     body = %x00.01 OCTET           ; 0 false, written 1 and read not 0 for true
 ///
@@ -69,6 +74,7 @@ class PLATEN_EXPORT IPPBoolean : public IPPNumberValue {
   using IPPNumberValue::IPPNumberValue;
   static const IPPValueClass descriptor;
   [[nodiscard]] const IPPValueClass& ippClass() const noexcept override { return descriptor; }
+  /// Writes 1 for every number that is not zero, otherwise 0; to a keyed coder the number as it is.
   void encodeWithCoder(IPPCoder& coder) const override;
 };
 

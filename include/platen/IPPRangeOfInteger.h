@@ -2,7 +2,7 @@
 #pragma once
 
 /// @file
-/// The rangeOfInteger syntax (RFC 8011 §5.1.15).
+/// The rangeOfInteger syntax (RFC 8011 §5.1.14).
 
 #include <optional>
 #include <string>
@@ -21,13 +21,18 @@ namespace platen::inline v0 {
 class PLATEN_EXPORT IPPRangeOfInteger : public IPPValueImpl {
  public:
   static const IPPValueClass descriptor;
+  /// Any range is taken and kept as it is; see `encodeWithCoder` for what of it is written.
   explicit IPPRangeOfInteger(Range range) noexcept : range_(range) {}
 
   [[nodiscard]] const IPPValueClass& ippClass() const noexcept override { return descriptor; }
+  /// The range as it was given, or as it was read.
   [[nodiscard]] RawValue rawValue() const override;
+  /// The same.
   [[nodiscard]] Range rangeValue() const override;
-  /// "{LOCATION, LENGTH}".
+  /// "{LOCATION, LENGTH}", both in unsigned decimal; never nothing.
   [[nodiscard]] std::optional<std::string> stringValue() const override;
+  /// Writes the low 32 bits of the location and of location + length - 1; of an empty range the
+  /// upper bound is thus one below the lower.
   void encodeWithCoder(IPPCoder& coder) const override;
 
  private:

@@ -53,19 +53,24 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage, public IPPConnectionDelegate
 
   // --- Construction -----------------------------------------------------------------------------
 
-  /// A new request for the operation, with the default attributes.
+  /// A new request for the operation, with the default attributes; never null. The id need not be a
+  /// known one, but only its low 16 bits are written.
   static Pointer requestWithId(std::int32_t operationId);
+  /// The same. Only a request that a `std::shared_ptr` holds can be sent by `sendTo`, which raises
+  /// `std::bad_weak_ptr` for every other.
   explicit IPPRequest(std::int32_t operationId);
+  /// Lets go of an exchange that has ended, if one is held; while one runs it holds the request.
   ~IPPRequest() override;
 
-  // As the reading constructors of `IPPMessage`. A decoded request has the default time-out.
+  // As the reading constructors of `IPPMessage`: null when there is no whole message. A decoded
+  // request has the default time-out and limit. What is read is not checked to be a request.
 
   static Pointer initWithDataRepresentation(Bytes data);
   static Pointer initWithStream(const std::shared_ptr<InputStream>& stream);
   static Pointer initWithFileHandle(int descriptor);
   static Pointer initWithCoder(IPPCoder& coder);
 
-  /// The name of every known operation by its id.
+  /// The name of every known operation by its id. Lives for the process.
   static const std::map<std::int32_t, std::string_view>& operationIdToNameSpec();
   /// The name of the operation, or "Unknown-Operation". Lives for the process.
   static std::string_view operationName(std::int32_t operationId) noexcept;
@@ -256,36 +261,52 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage, public IPPConnectionDelegate
 
   // --- Attributes -------------------------------------------------------------------------------
 
+  /// The operation-id, RFC 8011 §5.4.15.
   [[nodiscard]] std::int32_t ippOperationId() const noexcept { return ippTag(); }
-  /// `operationName` of the operation-id.
+  /// `operationName` of the operation-id. Lives for the process.
   [[nodiscard]] std::string_view ippOperationCodename() const noexcept;
   /// The language and the country of the user's locale as a tag of RFC 5646 in lower case:
   /// "pt-br", "ja".
   [[nodiscard]] std::string currentLanguageTag() const;
 
   /// Adds "attributes-charset" = "utf-8" and "attributes-natural-language" = `currentLanguageTag`;
-  /// done for every new request.
+  /// done for every new request. A second call adds them once more.
   void addDefaultRequestAttributes();
-  /// Adds "requesting-user-name" = the login name of the user.
+  /// Adds "requesting-user-name" (RFC 8011 §9.3) = the login name of the user, or the user's number
+  /// in decimal where the system knows no name.
   void addRequestingUserNameAttribute();
-  /// Adds "requested-attributes", RFC 8011 §4.2.5.1. An empty list raises as an empty set does.
+  /// Adds "requested-attributes", RFC 8011 §4.2.5.1, a set of keywords. Raises `RangeException`
+  /// "Invalid parameter" for an empty list and for a name of 256 characters and more; nothing is
+  /// added then.
   void setRequestedAttributes(std::span<const std::string> names);
 
-  // Each adds to the group of its kind, which is made when it is needed first.
+  // Each appends to the request's own group of its kind, which is made when its first attribute
+  // comes: the one that this request made itself, or the first of the kind in a decoded one. The
+  // attribute is shared and never replaces another; a null one does nothing, and makes no group.
 
+  /// To the operation group.
   void addOperationAttribute(std::shared_ptr<IPPAttribute> attribute);
+  /// To the subscription group.
   void addSubscriptionAttribute(std::shared_ptr<IPPAttribute> attribute);
+  /// To the job group.
   void addJobAttribute(std::shared_ptr<IPPAttribute> attribute);
+  /// To the operation group a new attribute of this name, which is copied, and this value. A null
+  /// value makes one without a value, of which no reader of the binary form can make sense.
   void addOperationValue(IPPValue::Pointer value, std::string_view name);
+  /// The same to the subscription group.
   void addSubscriptionValue(IPPValue::Pointer value, std::string_view name);
-  /// Adds an attribute for each entry to the last group of that name. A missing operation,
-  /// subscription or job group is made; for every other name nothing is done.
+  /// Adds an attribute for each entry, in the order of the dictionary, to the last group whose name
+  /// matches `groupName`, a pattern. Where there is none, an operation, subscription or job group
+  /// is made for exactly that name, also by an empty dictionary; for every other name nothing is
+  /// done.
   void addNamedValues(const IPPValueDictionary& values, std::string_view groupName);
 
-  /// By group tag: operation, job, subscription group, however they were made.
+  /// By group tag: operation, job, subscription group, however they were made. Groups of one tag
+  /// stay in their order.
   [[nodiscard]] Groups sortedGroupsForIPPCoding() const override;
-  /// "OPERATION = GROUPS".
+  /// "OPERATION = (GROUPS)".
   [[nodiscard]] std::string description() const override;
+  /// "IPPRequest".
   [[nodiscard]] std::string_view className() const noexcept override;
 
   // --- Performing, scheduled --------------------------------------------------------------------
@@ -295,7 +316,10 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage, public IPPConnectionDelegate
   // be dropped; the delegate is not held.
 
   /// Starts the exchange; does nothing while one is held. The outcome is told to the delegate,
-  /// exactly once, in a later turn of the run loop; after `cancel` it is not.
+  /// exactly once, in a later turn of the run loop, whatever is wrong with `target`; after `cancel`
+  /// it is not. Whatever the scheme of `target` nothing is encrypted
+  /// (`IPPConnectionHandler::HTTPURLForIPPTargetURL`). What the delegate throws from within the
+  /// start comes out of here, and nothing was started then.
   ///
   /// A finished exchange is still held: to send the request again, `cancel` it first. That holds
   /// within the delegate's operations too. Within `requestWillSend` and `dataStreamForRequest` a
@@ -303,22 +327,25 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage, public IPPConnectionDelegate
   /// returned, with `requestWillSend` again.
   void sendTo(const URL& target);
   /// Ends the exchange at once, if there is one, and lets go of it; the delegate is told nothing
-  /// more.
+  /// more. Without one it does nothing.
   void cancel();
   /// True from `sendTo` until `cancel`, also when the outcome has long been told.
   [[nodiscard]] bool isInProgress() const noexcept { return requestHandler_ != nullptr; }
 
-  /// Null when there is none or it is gone.
+  /// The delegate, not held by the request; null when there is none or it is gone.
   [[nodiscard]] std::shared_ptr<IPPRequestDelegate> delegate() const { return delegate_.lock(); }
+  /// Takes the place of an earlier delegate, also in the middle of an exchange; an empty pointer is
+  /// none. The application keeps it alive.
   void setDelegate(std::weak_ptr<IPPRequestDelegate> delegate) { delegate_ = std::move(delegate); }
 
-  /// A stream over the request and then the document that the delegate supplies, which it is asked
-  /// for; null when there is none.
+  /// A new stream, not yet open, over the request as it is now and then the document that the
+  /// delegate supplies, which it is asked for; null when there is none.
   [[nodiscard]] std::shared_ptr<IPPMessageStream> messageStream();
-  /// The delegate's document, or null.
+  /// The document that the delegate supplies, which it is asked for; null when there is none.
   [[nodiscard]] std::shared_ptr<InputStream> dataStreamForRequest();
 
-  // The answers to the exchange: each passes the call on to the delegate with this request.
+  // The answers to the exchange: each passes the call on to the delegate with this request, and
+  // returns what that returns; without a delegate nothing, and null. They are not to be called.
 
   void requestWillSend(IPPConnectionHandler& handler) override;
   void requestDidReceiveResponse(IPPConnectionHandler& handler,
@@ -329,16 +356,17 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage, public IPPConnectionDelegate
   void responseDidReceiveDataStream(const std::shared_ptr<IPPResponse>& response,
                                     const std::shared_ptr<OutputStream>& stream,
                                     IPPConnectionHandler& handler) override;
-  /// As every message answers it: the exchange is told "ippOperationCodename", and an application
-  /// what it asks for.
+  /// As every message answers it (`KeyValueAccess::valueForKey`): the exchange is told
+  /// "ippOperationCodename", and an application what it asks for.
   [[nodiscard]] KeyValue valueForKey(std::string_view key) const override;
 
   // --- Performing, blocking ---------------------------------------------------------------------
 
   /// Idle time in seconds after which an exchange fails, 60 in every new request: no octet in
-  /// either direction. 0 and below: never.
+  /// either direction (`HTTPRequest::timeoutInterval`). 0 and below, and what is no number: never.
   [[nodiscard]] double timeoutInterval() const noexcept { return timeoutInterval_; }
-  /// Sets `timeoutInterval`; the name without "out" is the interface's own.
+  /// Sets `timeoutInterval` for exchanges that are started afterwards; the name without "out" is
+  /// the interface's own.
   void setTimeInterval(double seconds) noexcept { timeoutInterval_ = seconds; }
   /// How many octets an answer may have, with what follows the message: 256 MiB
   /// (`kHTTPDefaultMaximumBodyLength`) in every new request. A longer one is a transport failure,
@@ -346,26 +374,39 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage, public IPPConnectionDelegate
   [[nodiscard]] std::size_t maximumResponseLength() const noexcept {
     return maximumResponseLength_;
   }
+  /// Sets `maximumResponseLength` for exchanges that are started afterwards.
   void setMaximumResponseLength(std::size_t octets) noexcept { maximumResponseLength_ = octets; }
 
-  /// Posts the request to `target` and blocks until the whole answer is there. Returns the
-  /// response, also when its status is an error; `error` is then its `status`, and null when all
-  /// went well. Returns null and sets `error` to the transport failure when there is no answer;
-  /// returns null and sets no error when the answer does not decode, which is the one way to tell.
-  /// The HTTP status is not looked at. `error` may be null.
+  /// Posts the request to `target` and blocks until the whole answer is there; the delegate is told
+  /// nothing, and the run loop of the thread does not run. `error` may be null; otherwise it is
+  /// set.
+  ///
+  /// - The answer decodes: returns the response. `*error` is its `status` when
+  ///   `IPPResponse::successfulOk` is false, and otherwise null, also for a success with
+  ///   reservations (successful-ok-ignored-or-substituted-attributes, ...): look at
+  ///   `IPPResponse::statusCode`.
+  /// - It does not decode: returns null and sets `*error` to null, which is the one way to tell.
+  /// - There is no answer: returns null and sets `*error` to the transport failure, of
+  ///   `kHTTPClientErrorDomain`; `HTTPErrorCode::badURL` for a target without a host.
+  ///
+  /// The HTTP status is not looked at. Whatever the scheme of `target` nothing is encrypted, for
+  /// "ipps" and "https" neither (`IPPConnectionHandler::HTTPURLForIPPTargetURL`).
   std::shared_ptr<IPPResponse> performOn(const URL& target,
                                          std::shared_ptr<const Error>* error = nullptr);
   /// The same, for a literal `nullptr` in the place of a stream.
   std::shared_ptr<IPPResponse> performOn(const URL& target, std::nullptr_t,
                                          std::shared_ptr<const Error>* error);
-  /// The same with a document, which is read to its end into memory and follows the request. A
-  /// stream that cannot be opened or fails ends there as an empty or short document does: only its
-  /// own `streamError` tells.
+  /// The same with a document, which is opened here, read to its end into memory and closed, and
+  /// follows the request. A stream that cannot be opened or fails ends there as an empty or short
+  /// document does: only its own `streamError` tells. What it raises comes out of here, and nothing
+  /// was sent then.
   std::shared_ptr<IPPResponse> performOn(const URL& target,
                                          const std::shared_ptr<InputStream>& dataStream,
                                          std::shared_ptr<const Error>* error = nullptr);
   /// The same with the octets after the response written to an output stream, which is opened and
-  /// closed here. They are written also when the response does not decode: from there on.
+  /// closed here when there is an answer. They are written also when the response does not decode:
+  /// from there on. Whether all were taken only the stream's own `streamError` tells; what it
+  /// raises comes out of here.
   std::shared_ptr<IPPResponse> performOn(const URL& target,
                                          const std::shared_ptr<OutputStream>& returningDataStream,
                                          std::shared_ptr<const Error>* error = nullptr);
@@ -383,17 +424,26 @@ class PLATEN_EXPORT IPPRequest : public IPPMessage, public IPPConnectionDelegate
   [[nodiscard]] std::shared_ptr<IPPMessage> makeEmptyCopy() const override;
   [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
 
+  /// A new request with the default attributes, "job-uri" and the user.
   static Pointer _requestWithIdJobURI(std::int32_t operationId, const URL& job);
+  /// A new request with the default attributes, "printer-uri" and the user.
   static Pointer _requestWithIdPrinterURI(std::int32_t operationId, const URL& printer);
+  /// What `jobCreateSubscriptionRequest` makes; an absent number raises as said there.
   static Pointer _jobCreateSubscriptionRequest(std::optional<std::int32_t> jobId, const URL& target,
                                                std::span<const std::string> events);
+  /// As `_requestWithIdPrinterURI`, and "notify-subscription-id".
   static Pointer _subscriptionOperation(std::int32_t operationId, std::int32_t subscriptionId,
                                         const URL& target);
+  /// CUPS-Get-Printers with `_addPrinterFilteringAttributes` of `mask`.
   static Pointer _filteredPrintersRequest(std::uint32_t mask);
   /// "printer-type" = 0 and this "printer-type-mask".
   void _addPrinterFilteringAttributes(std::uint32_t mask);
+  /// The request's own group of that kind, which is made and appended when there is none yet; never
+  /// null.
   const Group& _operationGroup();
+  /// The same.
   const Group& _subscriptionGroup();
+  /// The same.
   const Group& _jobGroup();
 
  private:

@@ -22,17 +22,22 @@ namespace platen::inline v0 {
 class PLATEN_EXPORT IPPResolutionValue : public IPPValueImpl {
  public:
   static const IPPValueClass descriptor;
-  /// Raises `InvalidArgumentException` "Invalid parameter" when `size` is not a size.
+  /// A new value of this size, per inch or per centimetre. Raises `InvalidArgumentException`
+  /// "Invalid parameter" when `size` is not a size.
   static Pointer _ippValue(const RawValue& size, bool inInches);
   /// Dots per inch.
   explicit IPPResolutionValue(Size size) noexcept : IPPResolutionValue(size, true) {}
+  /// Dots per inch, or per centimetre when `inInches` is false.
   IPPResolutionValue(Size size, bool inInches) noexcept : size_(size), inInches_(inInches) {}
 
   [[nodiscard]] const IPPValueClass& ippClass() const noexcept override { return descriptor; }
+  /// True for dots per inch, false for dots per centimetre.
   [[nodiscard]] bool unitsAreInches() const noexcept { return inInches_; }
+  /// The size as it was given, fractions included.
   [[nodiscard]] RawValue rawValue() const override;
+  /// The same.
   [[nodiscard]] Size resolutionValue() const override;
-  /// "{WIDTH, HEIGHT}".
+  /// "{WIDTH, HEIGHT}", without the unit; never nothing.
   [[nodiscard]] std::optional<std::string> stringValue() const override;
   /// That of the size, plus 1 when in inches.
   [[nodiscard]] std::size_t hash() const override;
@@ -40,8 +45,10 @@ class PLATEN_EXPORT IPPResolutionValue : public IPPValueImpl {
   [[nodiscard]] bool isEqual(const IPPValue& other) const override;
   /// The same units and equal sizes.
   [[nodiscard]] bool isEqualToResolution(const IPPResolutionValue& other) const noexcept;
+  /// A new value of the same size and unit.
   [[nodiscard]] Pointer copy() const override;
-  /// The numbers are cut to whole ones, held at the limits of 32 bits.
+  /// The numbers are cut toward zero to whole ones, held at the limits of 32 bits; the unit octet
+  /// is 3 for inches and 4 for centimetres.
   void encodeWithCoder(IPPCoder& coder) const override;
 
  protected:

@@ -29,56 +29,79 @@ class PLATEN_EXPORT IPPResponse : public IPPMessage {
  public:
   using Pointer = std::shared_ptr<IPPResponse>;
 
-  // As the reading constructors of `IPPMessage`.
+  // As the reading constructors of `IPPMessage`: null when there is no whole message. What is read
+  // is not checked to be a response.
 
   static Pointer initWithDataRepresentation(Bytes data);
   static Pointer initWithStream(const std::shared_ptr<InputStream>& stream);
   static Pointer initWithFileHandle(int descriptor);
   static Pointer initWithCoder(IPPCoder& coder);
 
-  /// A response with the request-id 1, the charset "utf-8" and the identifier of the user's locale
-  /// as it is ("en_US"; a request has it as a language tag).
+  /// A new response with the request-id 1, the charset "utf-8" and the identifier of the user's
+  /// locale as it is ("en_US"; a request has it as a language tag); never null. The code need not
+  /// be a known one, but only its low 16 bits are written.
   static Pointer initWithStatusCode(std::int32_t statusCode);
-  /// The same, with "status-message" where a message is given.
+  /// The same, with "status-message" where a message is given. Raises `RangeException` "Invalid
+  /// parameter" for one of 1024 characters and more.
   static Pointer responseWithStatusCode(std::int32_t statusCode,
                                         std::optional<std::string_view> message);
-  /// A response that answers `request` on the spot: successful-ok, with its request-id and its own
-  /// charset and language attributes, shared; client-error-bad-request when it lacks one of them.
-  /// Its "status-message" is empty.
+  /// A new response that answers `request` on the spot, never null: successful-ok, with its
+  /// request-id and its own charset and language attributes, shared; what `responseWithStatusCode`
+  /// makes of client-error-bad-request, with the request-id 1, when it lacks one of them. Its
+  /// "status-message" is empty.
   static Pointer responseForRequest(const IPPRequest& request);
+  /// A response of exactly these, without any attribute of its own; null groups are left out.
   IPPResponse(std::int32_t statusCode, std::int32_t requestId, Groups groups = {});
   ~IPPResponse() override;
 
-  /// The name of every known status by its code.
+  /// The name of every known status by its code (RFC 8011 appendix B, RFC 3380, RFC 3995, RFC 3996,
+  /// RFC 3998). Lives for the process.
   static const std::map<std::int32_t, std::string_view>& ippStatusToNameSpec();
   /// The name of the status, for example "client-error-not-found"; nothing for an unknown one.
   /// Lives for the process.
   static std::optional<std::string_view> statusDescriptionForStatusCode(
       std::int32_t statusCode) noexcept;
 
+  /// The status-code, RFC 8011 §4.1.6.1; one of 0x8000 and above is negative.
   [[nodiscard]] std::int32_t statusCode() const noexcept { return ippTag(); }
+  /// `statusDescriptionForStatusCode` of it.
   [[nodiscard]] std::optional<std::string_view> statusDescription() const noexcept;
+
+  // By the name of the status, RFC 8011 appendix B. A code without a name is none of the three,
+  // whatever range it is in.
+
+  /// Whether it begins with "successful-ok": also a success with reservations, 0x0001 to 0x0007.
   [[nodiscard]] bool successfulOk() const noexcept;
+  /// Whether it begins with "client-error": the request was at fault.
   [[nodiscard]] bool clientError() const noexcept;
+  /// Whether it begins with "server-error": the printer or the server was at fault.
   [[nodiscard]] bool serverError() const noexcept;
-  /// True when the same request may succeed later: the service is unavailable, had a temporary
-  /// error or is busy.
+
+  /// True when the same request may succeed later: the service is unavailable (0x0502), had a
+  /// temporary error (0x0505) or is busy (0x0507).
   [[nodiscard]] bool allowsRequestResubmission() const noexcept;
 
-  /// The status as an error record of `IPPErrorDomain`: its name as the description (for an unknown
-  /// status its code in hexadecimal), and lists of the names of unsupported attributes under
+  /// The status, also a successful one, as a new error record of `IPPErrorDomain`; never null. Its
+  /// code is `statusCode`, its description the name of the status ("unknown status 0x0999" for one
+  /// without), and it has lists of the names of unsupported attributes under
   /// `IPPErrorUnsupportedAttributeNames`, `IPPErrorUnknownAttributeValues`,
   /// `IPPErrorNoValueAttributes`, `IPPErrorNotSettableAttributes` and
-  /// `IPPErrorAdminDefineAttributes`, each only when there are any.
+  /// `IPPErrorAdminDefineAttributes`, each only when there are any (RFC 8011 §4.1.7).
   [[nodiscard]] std::shared_ptr<const Error> status() const;
 
-  /// The text of "status-message"; nothing when absent.
+  /// The text of "status-message", RFC 8011 §4.1.6.2; nothing when absent, empty on the wire, or no
+  /// string.
   [[nodiscard]] std::optional<std::string> statusMessage() const;
+  /// "attributes-charset", RFC 8011 §4.1.4: how the text of the response was encoded; nothing when
+  /// absent or no string.
   [[nodiscard]] std::optional<std::string> attributesCharset() const;
+  /// "attributes-natural-language", RFC 8011 §4.1.4, of text that has no language of its own;
+  /// nothing when absent or no string.
   [[nodiscard]] std::optional<std::string> attributesLanguage() const;
 
-  /// "STATUS = GROUPS".
+  /// "STATUS = (GROUPS)"; "(null)" stands for a status without a name.
   [[nodiscard]] std::string description() const override;
+  /// "IPPResponse".
   [[nodiscard]] std::string_view className() const noexcept override;
 
   // --- What an answer says ----------------------------------------------------------------------
@@ -261,24 +284,36 @@ class PLATEN_EXPORT IPPResponse : public IPPMessage {
 
   // --- Look-ups that the accessors are made of --------------------------------------------------
 
+  // The names of the attributes that an unsupported group (RFC 8011 §4.1.7) has with one
+  // out-of-band value, in order, duplicates kept; none when there are none.
+
+  /// Those returned as 'unsupported'.
   [[nodiscard]] std::vector<std::string> _allUnsupportedAttributeNames() const;
+  /// Those returned as 'unknown'.
   [[nodiscard]] std::vector<std::string> _allUnknownAttributeNames() const;
+  /// Those returned as 'no-value'.
   [[nodiscard]] std::vector<std::string> _allNoValueAttributeNames() const;
+  /// Those returned as 'not-settable'.
   [[nodiscard]] std::vector<std::string> _allNotSettableAttributeNames() const;
+  /// Those returned as 'admin-define'.
   [[nodiscard]] std::vector<std::string> _allAdminDefineAttributeNames() const;
-  /// The names of the attributes in the groups of that name whose value has that syntax, in order,
-  /// duplicates kept.
+  /// The names ("" for an attribute without one) of the attributes in the groups whose name matches
+  /// `groupName`, a pattern, whose value has that syntax, in order, duplicates kept.
   [[nodiscard]] std::vector<std::string> _allAttributeNamesFromGroupsNamed(
       std::string_view groupName, std::string_view syntaxName) const;
-  /// The attributes of the first group of that name in which one has the given value.
+  /// The attributes of the first group whose name matches `groupName`, a pattern, in which one has
+  /// the given value; nothing when there is none, or for an absent value.
   [[nodiscard]] std::optional<Attributes> _attributesForGroup(std::string_view groupName,
                                                               const RawValue& value) const;
+  /// The same of a printer group.
   [[nodiscard]] std::optional<Attributes> _attributesForPrintQueue(const RawValue& value) const;
+  /// The same of a subscription group.
   [[nodiscard]] std::optional<Attributes> _attributesForSubscriptionWithId(
       const RawValue& value) const;
+  /// The same of a job group.
   [[nodiscard]] std::optional<Attributes> _attributesForJobWithUUID(const RawValue& value) const;
-  /// The raw object of the attribute of that name among `_attributesForPrintQueue`; absent when
-  /// there is none.
+  /// The raw object of the first attribute of exactly that name with a value among
+  /// `_attributesForPrintQueue`; absent when there is none.
   [[nodiscard]] RawValue _attributeValueForPrintQueue(const RawValue& value,
                                                       std::string_view name) const;
 

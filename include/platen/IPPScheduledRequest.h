@@ -20,7 +20,7 @@ class IPPResponse;
 
 /// An exchange that is in progress on a run loop.
 ///
-/// Threads: used on the thread of its run loop only.
+/// Threads: used on the thread of its run loop only. Neither copied nor moved.
 class PLATEN_EXPORT IPPScheduledRequest {
  public:
   IPPScheduledRequest() = default;
@@ -48,19 +48,26 @@ class PLATEN_EXPORT IPPRequestDelegate {
 
   /// The exchange is about to be built. Called once, first.
   virtual void requestWillSend(IPPRequest& request);
-  /// The document to send after the request, or null for none: the request is then sent whole. The
-  /// stream is opened and closed by the exchange.
+  /// The document to send after the request, or null for none: the request is then sent whole.
+  /// Called once, second, when the target has a host. The stream is held, opened and closed by the
+  /// exchange; one that fails is a transport failure.
   virtual std::shared_ptr<InputStream> dataStreamForRequest(IPPRequest& request);
-  /// The outcome; called exactly once unless the exchange is cancelled. A response, and its status
-  /// as `error` when that is not successful-ok; or no response, and the failure as `error`.
+  /// The outcome; called exactly once unless the exchange is cancelled. Either a response, with its
+  /// `status` as `error` when `IPPResponse::successfulOk` is false: a success with reservations
+  /// (successful-ok-ignored-or-substituted-attributes, ...) gives no error, look at
+  /// `IPPResponse::statusCode`. Or no response, and the failure as `error`, of `IPPErrorDomain`:
+  /// what `IPPConnectionHandler::IPPErrorForNSURLError` makes of a transport failure and
+  /// `IPPErrorForHTTPErrorCode` of an HTTP status other than 200, and server-error-internal-error
+  /// for an answer that does not decode.
   virtual void requestDidReceiveResponse(IPPRequest& request,
                                          const std::shared_ptr<IPPResponse>& response,
                                          const std::shared_ptr<const Error>& error);
   /// Where to put the octets after the response, or null to have them discarded. Called after the
-  /// outcome when that is a response. The stream is opened and closed by the exchange.
+  /// outcome when that is a response. The stream is held, opened and closed by the exchange.
   virtual std::shared_ptr<OutputStream> dataStreamForResponse(
       const std::shared_ptr<IPPResponse>& response, IPPRequest& request);
-  /// They were put there; `stream` is null when there was no stream. Called last.
+  /// They were put there, as far as the stream took them: its `streamError` tells of a failure.
+  /// `stream` is null when there was no stream. Called last.
   virtual void responseDidReceiveDataStream(const std::shared_ptr<IPPResponse>& response,
                                             const std::shared_ptr<OutputStream>& stream,
                                             IPPRequest& request);
@@ -74,17 +81,23 @@ class PLATEN_EXPORT IPPConnectionDelegate {
  public:
   virtual ~IPPConnectionDelegate();
 
+  /// As `IPPRequestDelegate::requestWillSend`. The handler has neither a delegate nor an exchange
+  /// yet.
   virtual void requestWillSend(IPPConnectionHandler& handler);
+  /// As `IPPRequestDelegate::requestDidReceiveResponse`, with the same responses and errors.
   virtual void requestDidReceiveResponse(IPPConnectionHandler& handler,
                                          const std::shared_ptr<IPPResponse>& response,
                                          const std::shared_ptr<const Error>& error);
+  /// As `IPPRequestDelegate::dataStreamForResponse`. Null here.
   virtual std::shared_ptr<OutputStream> dataStreamForResponse(
       const std::shared_ptr<IPPResponse>& response, IPPConnectionHandler& handler);
+  /// As `IPPRequestDelegate::responseDidReceiveDataStream`. Called last; the delegate is let go
+  /// then.
   virtual void responseDidReceiveDataStream(const std::shared_ptr<IPPResponse>& response,
                                             const std::shared_ptr<OutputStream>& stream,
                                             IPPConnectionHandler& handler);
   /// Asked for "ippOperationCodename" when a malformed answer is kept: the name of the operation.
-  /// When it is not a string the answer is not kept. Absent here.
+  /// When it is not a string, or has a "/" in it, the answer is not kept. Absent here.
   [[nodiscard]] virtual KeyValue valueForKey(std::string_view key) const;
 };
 

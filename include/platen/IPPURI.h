@@ -98,7 +98,7 @@ class PLATEN_EXPORT IPPURI {
   // What a URI says.
 
   /// True when the scheme is exactly "ipp" or "http" (in lower case; "ipps" and "https" are not
-  /// among them) and the whole text is shorter than 1024 characters.
+  /// among them) and the whole text is shorter than 1024 characters. Of the host it says nothing.
   static bool isIPPURL(const URL& url);
 
   /// `SCHEME://HOST:PORT/` of any URL, whatever its scheme; nothing when it names no host or no

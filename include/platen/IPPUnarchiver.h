@@ -36,31 +36,42 @@ namespace platen::inline v0 {
 /// Threads: one thread at a time. Neither copied nor moved.
 class PLATEN_EXPORT IPPUnarchiver : public IPPCoder {
  public:
-  /// The reader must not be null; a stream behind it must be open.
+  /// Over `reader`, which it holds and which must not be null; a stream behind it must be open.
+  /// What the reader lends is looked at right here.
   explicit IPPUnarchiver(std::shared_ptr<IPPBytesReader> reader);
-  /// Over `data`, which is held and must stay unchanged until the decoder is gone.
+  /// A new one over `data`, which is held and must stay unchanged until the decoder is gone; never
+  /// null, and null `data` counts as no octets.
   static std::shared_ptr<IPPUnarchiver> initForReadingWithData(std::shared_ptr<const Data> data);
-  /// Over an open stream.
+  /// A new one over an open stream, which is held; never null, and a null stream gives nothing but
+  /// errors.
   static std::shared_ptr<IPPUnarchiver> initForReadingWithStream(
       std::shared_ptr<InputStream> stream);
-  /// Over a descriptor that stays the caller's and open.
+  /// A new one over a descriptor that stays the caller's and open; never null.
   static std::shared_ptr<IPPUnarchiver> initForReadingWithFileHandle(int descriptor);
+  /// Leaves the reader right behind what was read. What was made stays.
   ~IPPUnarchiver() override;
 
   /// Reads exactly `length` octets in one attempt and returns `length`. Anything else that the
   /// reader gives raises `InconsistentArchiveException`: a short read is not tried again.
   std::size_t readData(std::uint8_t* destination, std::size_t length);
-  /// Scratch memory of at least `length` octets, the same for every call; valid until the next one.
+  /// Scratch memory of at least `length` octets, never given back before the decoder goes; valid
+  /// until the next call with a greater `length`. Fields that a reader does not lend are read into
+  /// it.
   std::uint8_t* cacheBufferOfLength(std::uint32_t length);
 
   [[nodiscard]] bool allowsKeyedCoding() const noexcept override { return false; }
-  /// Types other than 'c', 's' and 'i' read nothing and leave the destination as it was.
+  /// Reads 1, 2 or 4 octets. Types other than 'c', 's' and 'i' read nothing and leave the
+  /// destination as it was.
   void decodeValueOfType(char type, void* destination) override;
+  /// As the base says, in place where the octets are in memory.
   Bytes decodeBytesWithReturnedLength() override;
 
-  /// A new value of the class that the current tag names, which reads its own body.
+  /// A new value of the class that the current tag names (`IPPValue::classForIPPTag`), which reads
+  /// its own body; never null. Raises `RangeException` for a body of the wrong length, and as the
+  /// fields do.
   std::shared_ptr<const IPPValue> decodeIPPValue() override;
-  /// The name (absent when its length is 0 or it is not ASCII) and the value of one record.
+  /// A new attribute of the name (absent when its length is 0 or it is not ASCII) and the value of
+  /// one record, whose tag was read before. Raises as `decodeIPPValue`.
   std::shared_ptr<IPPAttribute> decodeIPPAttribute() override;
   /// All groups up to the end-of-attributes tag, in message order; nothing on any decoding failure.
   ///
@@ -70,15 +81,19 @@ class PLATEN_EXPORT IPPUnarchiver : public IPPCoder {
   /// attributes.
   std::optional<std::vector<std::shared_ptr<IPPAttributeGroup>>> decodeIPPGroups() override;
 
-  /// True once the end-of-attributes tag was the last tag read.
+  /// True once the end-of-attributes tag was the last tag read. A tag that was set counts as read.
   [[nodiscard]] bool isAtEnd() const noexcept { return currentTag_ == 3; }
   /// Sets the natural-language encoding from an IANA charset name; UTF-8 for an unknown one.
   void installCharsetArrived(std::string_view charset);
 
+  /// UTF-8 until it is set, or an operation group with an "attributes-charset" (RFC 8011 §4.1.4) is
+  /// complete.
   [[nodiscard]] TextEncoding naturalLanguageEncoding() const noexcept override;
+  /// The encoding of text and names from now on.
   void setNaturalLanguageEncoding(TextEncoding encoding) noexcept override;
   /// The last tag read, sign-extended; 0 before the first one.
   [[nodiscard]] std::int32_t currentTag() const noexcept { return currentTag_; }
+  /// Takes the place of the last tag read.
   void setCurrentTag(std::int32_t tag) noexcept override { currentTag_ = tag; }
   /// The source. It may be a part of the message behind until the groups are decoded or the decoder
   /// is gone: nobody else may read from it meanwhile.

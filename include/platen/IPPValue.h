@@ -44,6 +44,8 @@ class PLATEN_EXPORT IPPValueClass {
   /// A new value read from a coder of either face.
   using Decode = Value (*)(IPPCoder&);
 
+  /// A class of these. `className` and `syntaxName` must live for the process; no function may be
+  /// null.
   constexpr IPPValueClass(std::string_view className, std::uint8_t tag, std::string_view syntaxName,
                           Check check, Make make, Decode decode) noexcept
       : className_(className),
@@ -55,11 +57,11 @@ class PLATEN_EXPORT IPPValueClass {
   IPPValueClass(const IPPValueClass&) = delete;
   IPPValueClass& operator=(const IPPValueClass&) = delete;
 
-  /// For example "IPPKeyword".
+  /// For example "IPPKeyword". Lives for the process.
   [[nodiscard]] constexpr std::string_view className() const noexcept { return className_; }
   /// The value tag, RFC 8010 §3.5.2.
   [[nodiscard]] constexpr std::uint8_t ippTag() const noexcept { return tag_; }
-  /// The name of the syntax, RFC 8011 §5.1, for example "keyword".
+  /// The name of the syntax, RFC 8011 §5.1, for example "keyword". Lives for the process.
   [[nodiscard]] constexpr std::string_view syntaxName() const noexcept { return syntaxName_; }
 
   /// True when `object` is of a kind and a size that this class takes.
@@ -68,9 +70,11 @@ class PLATEN_EXPORT IPPValueClass {
   /// parameter" when `_checkValue` refuses it.
   [[nodiscard]] Value _ippValue(const RawValue& object) const;
   /// A new value of this class, read from `coder`: its length and body from a sequential one.
-  /// Raises what the coder raises, and `RangeException` for a body of the wrong length.
+  /// Raises what the coder raises, and `RangeException` for a body of the wrong length (RFC 8010
+  /// §3.9).
   [[nodiscard]] Value initWithCoder(IPPCoder& coder) const { return decode_(coder); }
-  /// A new value holding a copy of `object`, which is not checked.
+  /// A new value holding a copy of `object`, which is not checked: one of another kind counts as
+  /// absent, 0 or empty. Null from the class of sets and that of collections.
   [[nodiscard]] Value initWithValue(const RawValue& object) const { return make_(object); }
 
  private:
@@ -90,11 +94,14 @@ class PLATEN_EXPORT IPPValueClass {
 /// Threads: made before threads are, or by one thread; lives for the process.
 class PLATEN_EXPORT IPPValueRegistration {
  public:
+  /// `valueClass` is not copied and must live for the process.
   explicit IPPValueRegistration(const IPPValueClass& valueClass) noexcept;
   IPPValueRegistration(const IPPValueRegistration&) = delete;
   IPPValueRegistration& operator=(const IPPValueRegistration&) = delete;
 
+  /// The class that was registered.
   [[nodiscard]] const IPPValueClass& valueClass() const noexcept { return class_; }
+  /// The one that was registered after this one, or null.
   [[nodiscard]] const IPPValueRegistration* next() const noexcept { return next_; }
 
  private:
@@ -124,7 +131,7 @@ class PLATEN_EXPORT IPPValue : public IPPCodable {
 
   /// Every registered class by its syntax name. Filled on first use and never freed.
   static const Catalog& ippValuesCatalog();
-  /// The class registered for `syntaxName`, or null.
+  /// The class registered for exactly `syntaxName`, or null. Lives for the process.
   static const IPPValueClass* classForSyntaxName(std::string_view syntaxName);
   /// The class registered for `tag`; `IPPValue` itself when there is none.
   static const IPPValueClass& classForIPPTag(std::uint8_t tag) noexcept;
@@ -134,107 +141,137 @@ class PLATEN_EXPORT IPPValue : public IPPCodable {
 
   // --- Asked of a value -------------------------------------------------------------------------
 
-  /// This value's class.
+  /// This value's class. Lives for the process.
   [[nodiscard]] virtual const IPPValueClass& ippClass() const noexcept;
+  /// The value tag of its class, RFC 8010 §3.5.2.
   [[nodiscard]] virtual std::uint8_t ippTag() const noexcept;
+  /// The name of the syntax of its class, for example "keyword". Lives for the process.
   [[nodiscard]] virtual std::string_view syntaxName() const noexcept;
+  /// The name of its class, for example "IPPKeyword".
   [[nodiscard]] std::string_view className() const noexcept override;
 
   /// The raw object that was stored. Absent here.
   [[nodiscard]] virtual RawValue rawValue() const;
   /// The raw object with values replaced by their raw objects. Absent here.
   [[nodiscard]] virtual RawValue value() const;
-  /// Nothing here.
+  /// The text of the raw object. Nothing here.
   [[nodiscard]] virtual std::optional<std::string> stringValue() const;
-  /// -1 here.
+  /// The number of the raw object. -1 here.
   [[nodiscard]] virtual std::int32_t intValue() const;
-  /// False here.
+  /// Whether the raw object is true. False here.
   [[nodiscard]] virtual bool boolValue() const;
-  /// (0, 0) here.
+  /// The range that the raw object is. (0, 0) here.
   [[nodiscard]] virtual Range rangeValue() const;
-  /// (0, 0) here.
+  /// The size that the raw object is. (0, 0) here.
   [[nodiscard]] virtual Size resolutionValue() const;
-  /// Nothing here.
+  /// The date that the raw object is. Nothing here.
   [[nodiscard]] virtual std::optional<Date> dateTimeValue() const;
-  /// Nothing here.
+  /// The values of a set. Nothing here.
   [[nodiscard]] virtual std::optional<IPPValueList> arrayValue() const;
-  /// Nothing here.
+  /// The members of a collection. Nothing here.
   [[nodiscard]] virtual std::optional<IPPValueDictionary> dictionaryRepresentationValue() const;
 
-  /// "'VALUE' of SYNTAX".
+  /// "'VALUE' of SYNTAX", with the text form of `value`.
   [[nodiscard]] virtual std::string description() const;
   /// True here when both are of exactly the same class.
   [[nodiscard]] virtual bool isEqual(const IPPValue& other) const;
   /// Equal values have equal hashes, but for values without a raw object of their own (out-of-band
   /// values): their hash is their identity.
   [[nodiscard]] virtual std::size_t hash() const;
-  /// A new value of the same class holding a copy of this one's raw object.
+  /// A new value of the same class holding a copy of this one's raw object; never null.
   [[nodiscard]] virtual Pointer copy() const;
   /// True when the raw objects of both are equal, whatever the classes; values inside of sets and
   /// collections compare as values.
   [[nodiscard]] virtual bool _hasEqualRawValue(const IPPValue& other) const;
 
-  /// Writes the length and the body of the value; a length of 0 and nothing else here.
+  /// Writes the length and the body of the value; a length of 0 and nothing else here. To a keyed
+  /// coder the raw object.
   void encodeWithCoder(IPPCoder& coder) const override;
 
   // --- Factories (RFC 8011 §5.1) ----------------------------------------------------------------
   //
-  // Each raises `RangeException` "Invalid parameter" on an argument that its class refuses; text
-  // and name with a language, and resolution, raise `InvalidArgumentException` with the same words.
-  // Lengths count Unicode characters.
+  // Each makes a new value of copies of its arguments, never null where it does not say so, and
+  // raises `RangeException` "Invalid parameter" on an argument that its class refuses; text and
+  // name with a language raise `InvalidArgumentException` with the same words. Lengths count
+  // Unicode characters, and "" is a string too; which characters a syntax has is not checked. See
+  // `IPPStringValue::encodeWithCoder` for what of a string is written.
 
-  /// Below 1024 characters.
+  /// §5.1.11: below 1024 characters.
   static Pointer octetString(std::string_view string);
-  /// Below 1024 characters.
+  /// §5.1.2: below 1024 characters.
   static Pointer textWithoutLanguage(std::string_view string);
-  /// Below 256 characters.
+  /// §5.1.3: below 256 characters.
   static Pointer nameWithoutLanguage(std::string_view string);
-  /// Below 1024 characters, the language below 64.
+  /// §5.1.2: below 1024 characters, the language below 64.
   static Pointer text(std::string_view string, std::string_view language);
-  /// Below 256 characters, the language below 64.
+  /// §5.1.3: below 256 characters, the language below 64.
   static Pointer name(std::string_view string, std::string_view language);
-  /// Below 256 characters.
+  /// §5.1.4: below 256 characters.
   static Pointer keyword(std::string_view string);
-  /// Below 1024 characters.
+  /// §5.1.6: below 1024 characters.
   static Pointer uri(const URL& url);
-  /// Below 64 characters.
+  /// §5.1.7: below 64 characters.
   static Pointer uriScheme(std::string_view string);
-  /// Below 256 characters.
+  /// §5.1.10: below 256 characters.
   static Pointer mimeMediaType(std::string_view string);
-  /// Below 64 characters.
+  /// §5.1.8: below 64 characters.
   static Pointer charset(std::string_view string);
-  /// Below 64 characters.
+  /// §5.1.9: below 64 characters.
   static Pointer naturalLanguage(std::string_view string);
+  /// §5.1.13: every number is taken and kept as it is. What is written is
+  /// `IPPNumberValue::intValue`, its low 32 bits: a number out of range is neither refused nor held
+  /// at the limits, and 5000000000 becomes 705032704. A double is cut toward zero first.
   static Pointer integer(Number number);
+  /// §5.1.5: every number, as by `integer`.
   static Pointer enumeration(Number number);
+  /// §5.1.12: every number, kept as it is; one that is not zero is written as true.
   static Pointer boolean(Number number);
+  /// §5.1.14: every range, kept as it is. The bounds that are written are the low 32 bits of its
+  /// location and of location + length - 1, so of (1, 10) 1 and 10.
   static Pointer rangeOfInteger(Range range);
-  /// Dots per inch, or per centimetre when `inches` is false.
+  /// §5.1.16: every size, in dots per inch, or per centimetre when `inches` is false. The numbers
+  /// are written cut to whole ones, held at the limits of 32 bits.
   static Pointer resolution(Size size, bool inches);
+  /// §5.1.15: every date, kept as it is. It is written to the second, and only from 1901-12-13 to
+  /// 2038-01-19 as it is (`IPPDateTime`).
   static Pointer dateTime(Date date);
-  /// At least one value.
+  /// 1setOf, §5.1.18: a set of the values, shared. An empty list and a null value are refused.
+  /// Values of different syntaxes are not, but all are written with the tag of the last.
   static Pointer array(IPPValueList values);
-  /// Values of the class registered for `syntaxName`, one for each raw object; null when no class
-  /// is.
+  /// A set of values of the class registered for `syntaxName`, one for each raw object. An empty
+  /// list and an object that the class refuses are refused, thus all for a class that is not made
+  /// from raw objects. Null when no class is registered for that name, whatever the list.
   static Pointer array(std::span<const RawValue> rawObjects, std::string_view syntaxName);
+  /// A set of keywords, each below 256 characters. An empty list is refused.
   static Pointer arrayOfKeywords(std::span<const std::string> keywords);
+  /// collection, §5.1.17: the members in their order, the values shared; perhaps none. A null value
+  /// is refused.
   static Pointer dictionaryWithDictionary(const IPPValueDictionary& values);
-  /// One argument of `dictionaryWithObjectsAndKeys`: a value, or a name.
+  /// One argument of `dictionaryWithObjectsAndKeys`: a value, a name, which is copied, or neither,
+  /// which null pointers of every kind are.
+  ///
+  /// Threads: a plain value; one thread at a time.
   struct PLATEN_EXPORT ObjectOrKey {
     ObjectOrKey(Pointer value);         // NOLINT(google-explicit-constructor): reads as a list
     ObjectOrKey(std::nullptr_t none);   // NOLINT(google-explicit-constructor)
     ObjectOrKey(std::string_view key);  // NOLINT(google-explicit-constructor)
     ObjectOrKey(const char* key);       // NOLINT(google-explicit-constructor)
 
+    /// The value; null in a name.
     Pointer object;
+    /// The name; nothing in a value.
     std::optional<std::string> key;
   };
-  /// Pairs of a value and its name, up to the first absent one: `{value, "name", value, "name"}`. A
-  /// later pair takes the place of an earlier one with the same name; an unpaired last value is
-  /// ignored.
+  /// collection, §5.1.17, of pairs of a value and its name, up to the first pair in which either is
+  /// absent or both stand the wrong way round: `{value, "name", value, "name"}`. A later pair takes
+  /// the place of an earlier one with the same name; an unpaired last value is ignored. No pairs
+  /// make an empty collection.
   static Pointer dictionaryWithObjectsAndKeys(std::initializer_list<ObjectOrKey> objectsAndKeys);
+  /// §5.1.12: `boolean` of true or false.
   static Pointer booleanWithBool(bool value);
+  /// §5.1.13: `integer` of a number that is always written as it is.
   static Pointer integerWithInt(std::int32_t value);
+  /// §5.1.5: `enumeration` of a number that is always written as it is.
   static Pointer enumerationWithInt(std::int32_t value);
 
  protected:
@@ -248,12 +285,13 @@ class PLATEN_EXPORT IPPValueImpl : public IPPValue {
  public:
   /// `rawValue`, unless a class says otherwise.
   [[nodiscard]] RawValue value() const override;
-  /// Of the raw object.
+  /// Of the raw object; equal values have equal hashes.
   [[nodiscard]] std::size_t hash() const override;
   /// The same class, and `isEqualToValueImpl`.
   [[nodiscard]] bool isEqual(const IPPValue& other) const override;
-  /// Equal raw objects.
+  /// Equal raw objects (`_hasEqualRawValue`).
   [[nodiscard]] bool isEqualToValueImpl(const IPPValueImpl& other) const;
+  /// A new value of the same class holding a copy of the raw object.
   [[nodiscard]] Pointer copy() const override;
 
  protected:

@@ -59,6 +59,9 @@ class PLATEN_EXPORT KeyValue {
 
   /// Absent.
   KeyValue() noexcept;
+
+  /// Copies are deep as far as raw objects, octets, lists and dictionaries go; objects are shared.
+  /// What was moved from stays of its kind, holding something or nothing.
   KeyValue(const KeyValue& other);
   KeyValue(KeyValue&& other) noexcept;
   KeyValue& operator=(const KeyValue& other);
@@ -67,7 +70,8 @@ class PLATEN_EXPORT KeyValue {
 
   // Each kind converts into a result by itself, as it does into a raw object; so do optional
   // objects, of which an absent one is absent, and lists and dictionaries of any kind. A null
-  // pointer is absent.
+  // pointer is absent. Raw objects, octets, lists and dictionaries are copied or moved in, objects
+  // are shared.
 
   KeyValue(const RawValue& object);                             // NOLINT(google-explicit-*)
   KeyValue(Data octets) noexcept;                               // NOLINT(google-explicit-*)
@@ -92,6 +96,8 @@ class PLATEN_EXPORT KeyValue {
   KeyValue(const platen::Dictionary<T>& dictionary)  // NOLINT(google-explicit-constructor)
       : KeyValue(converted(dictionary)) {}
 
+  // Each is true for that kind alone. A string and a number are raw objects too.
+
   [[nodiscard]] bool isAbsent() const noexcept;
   [[nodiscard]] bool isNull() const noexcept;
   /// A raw object, null among them.
@@ -108,6 +114,8 @@ class PLATEN_EXPORT KeyValue {
   [[nodiscard]] bool isArray() const noexcept { return ifArray() != nullptr; }
   [[nodiscard]] bool isDictionary() const noexcept { return ifDictionary() != nullptr; }
 
+  // Each gives the object when it is of that kind, and null otherwise.
+
   [[nodiscard]] const RawValue* ifRaw() const noexcept;
   /// The string in a raw object, or null.
   [[nodiscard]] const std::string* ifString() const noexcept;
@@ -123,6 +131,7 @@ class PLATEN_EXPORT KeyValue {
   [[nodiscard]] const Array* ifArray() const noexcept;
   [[nodiscard]] const KeyValue::Dictionary* ifDictionary() const noexcept;
 
+  // Each gives the object when it is of that kind, and raises `InvalidArgumentException` otherwise.
   // Of a result that goes away, as in a loop over `valueForKeyPath(path).asArray()`, the objects
   // come by value.
 
@@ -164,7 +173,8 @@ class PLATEN_EXPORT KeyValue {
   /// other key of an error record; and for every key of octets, of a string, of a number and of
   /// all other raw objects, whose class is then named by their kind: "string", "number", "data".
   [[nodiscard]] KeyValue valueForKey(std::string_view key) const;
-  /// Takes the keys of a path one after the other, as `KeyValueAccess::valueForKeyPath`.
+  /// Takes the keys of a path one after the other, as `KeyValueAccess::valueForKeyPath`, and raises
+  /// as that does.
   [[nodiscard]] KeyValue valueForKeyPath(std::string_view path) const;
 
   /// The same kind and equal: raw objects by their value, objects as their `isEqual` says in both

@@ -54,7 +54,8 @@ class PLATEN_EXPORT KeyValueAccess {
   /// `UndefinedKeyException` unless a class says otherwise.
   [[nodiscard]] virtual KeyValue valueForUndefinedKey(std::string_view key) const;
 
-  /// The names of the object's own properties, those of base classes first.
+  /// The names of the object's own properties, those of base classes first. They live for the
+  /// process.
   [[nodiscard]] std::vector<std::string_view> propertyNames() const;
 
  protected:
@@ -63,7 +64,7 @@ class PLATEN_EXPORT KeyValueAccess {
   KeyValueAccess& operator=(const KeyValueAccess&) = default;
 
   /// What the class declares beside its operations; a class of an application has those of its
-  /// base.
+  /// base. Lives for the process. Of use to the library only.
   [[nodiscard]] virtual const KeyValueProperties& _keyValueProperties() const noexcept;
 };
 

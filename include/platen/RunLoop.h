@@ -32,28 +32,34 @@ class PLATEN_EXPORT RunLoop : public std::enable_shared_from_this<RunLoop> {
  public:
   using Clock = std::chrono::steady_clock;
 
-  /// The calling thread's own loop, made on first use and let go when the thread ends; exchanges
-  /// that are still in progress on it end then, as by `HTTPConnection::cancel`.
+  /// The calling thread's own loop, never null, made on first use and let go when the thread ends;
+  /// exchanges that are still in progress on it end then, as by `HTTPConnection::cancel`. Raises
+  /// `std::bad_alloc` when the system has no descriptors left for a new one.
   static std::shared_ptr<RunLoop> current();
-  /// A new loop that is no thread's current one, for driving one piece of work to its end.
+  /// A new loop, never null, that is no thread's current one, for driving one piece of work to its
+  /// end. Raises as `current`.
   static std::shared_ptr<RunLoop> makePrivate();
 
   RunLoop(const RunLoop&) = delete;
   RunLoop& operator=(const RunLoop&) = delete;
+  /// What is still scheduled on it falls silent; nobody is told.
   ~RunLoop();
 
-  /// Handles what is ready, waiting at most `wait` for something to become ready. Returns true when
-  /// something was handled.
+  /// Handles what is ready, waiting at most `wait` (0 and below: not at all) for something to
+  /// become ready. Returns true when something was handled, false when `wait` has passed. A wait of
+  /// more than a day is one of a day.
   bool runOnce(std::chrono::milliseconds wait);
-  /// Runs until `stop` is called.
+  /// Runs until `stop` is called, also when nothing is scheduled any more.
   void run();
-  /// Runs until `stop` is called (true) or `deadline` has passed (false).
+  /// Runs until `stop` is called (true) or `deadline` has passed (false); at least one turn, also
+  /// when it has passed already.
   bool runUntil(Clock::time_point deadline);
   /// Makes the innermost `run` or `runUntil` return as soon as the current turn is over. Does
   /// nothing when neither is in progress.
   void stop();
 
-  /// A descriptor that becomes readable when `runOnce` has something to do. It stays the loop's.
+  /// A descriptor that becomes readable when `runOnce` has something to do; always the same. It
+  /// stays the loop's: it is only to be waited on.
   [[nodiscard]] int descriptor() const;
   /// How long a host may wait on the descriptor before it must call `runOnce`: nothing when for
   /// ever, 0 when at once. To be asked again after every turn and every call into the library.

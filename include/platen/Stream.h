@@ -26,22 +26,36 @@ class Stream;
 /// Where a stream is in its life: `notOpen`, `open`, then `atEnd` or `error`, at last `closed`. One
 /// that failed keeps `error` when it is closed. The streams made here are never seen in `opening`,
 /// `reading` or `writing`: they do all of that within one call.
-enum class StreamStatus { notOpen, opening, open, reading, writing, atEnd, closed, error };
+enum class StreamStatus {
+  notOpen,  ///< `open` has not been called.
+  opening,  ///< `open` has been called and is not done.
+  open,     ///< Can be read from or written to.
+  reading,  ///< A read is under way.
+  writing,  ///< A write is under way.
+  atEnd,    ///< A read has met the end; further ones give 0.
+  closed,   ///< `close` has been called.
+  error     ///< Something failed; `Stream::streamError` says why.
+};
 
+/// What happens to a stream. The streams made here tell `hasBytesAvailable` and nothing else; all
+/// others are for streams of an application.
 enum class StreamEvent {
-  openCompleted,
-  hasBytesAvailable,
-  hasSpaceAvailable,
-  errorOccurred,
-  endEncountered
+  openCompleted,      ///< `open` has succeeded.
+  hasBytesAvailable,  ///< A read would give octets, the end or an error.
+  hasSpaceAvailable,  ///< A write would take octets, or give an error.
+  errorOccurred,      ///< The status has become `StreamStatus::error`.
+  endEncountered      ///< The status has become `StreamStatus::atEnd`.
 };
 
 /// Is told what happens to a stream that is scheduled in a run loop. Every operation has an empty
 /// default.
+///
+/// Threads: called on the thread of the run loop only.
 class PLATEN_EXPORT StreamDelegate {
  public:
   virtual ~StreamDelegate();
-  /// `event` happened on `stream`; called from within the run loop's turn.
+  /// `event` happened on `stream`; called from within the run loop's turn. May read the stream,
+  /// close it and let go of it. What it throws leaves the run loop's call.
   virtual void streamHandleEvent(Stream& stream, StreamEvent event);
 };
 
@@ -55,18 +69,24 @@ class PLATEN_EXPORT Stream {
   Stream& operator=(const Stream&) = delete;
   virtual ~Stream();
 
-  /// Opens the stream. Opening it a second time does nothing, and nor does opening a closed one. A
-  /// failure shows in `streamStatus`.
+  /// Opens the stream. Opening it a second time does nothing, and nor does opening a closed one: a
+  /// stream is used once. A failure shows in `streamStatus`.
   virtual void open() = 0;
-  /// Closes it; what it owns (a file that it opened) is let go. Closing twice does nothing.
+  /// Closes it; what it owns (a file that it opened) is let go, and it is scheduled nowhere any
+  /// more. Closing twice does nothing; a stream that was never opened is closed for good too.
   virtual void close() = 0;
+  /// Where the stream is in its life, after everything that was called so far. A read or a write
+  /// that only has to wait (`EAGAIN`) does not change it.
   [[nodiscard]] virtual StreamStatus streamStatus() const = 0;
-  /// Why the status is `StreamStatus::error`, in the domain "POSIX" with errno as code (EIO where a
-  /// standard stream tells no better); null otherwise.
+  /// Why the status is `StreamStatus::error`, in the domain "POSIX" (`kPOSIXErrorDomain`) with
+  /// errno as code (EIO where a standard stream tells no better); null otherwise.
   [[nodiscard]] virtual std::shared_ptr<const Error> streamError() const = 0;
 
   /// The delegate, not held by the stream; null when there is none or it is gone.
   [[nodiscard]] virtual std::shared_ptr<StreamDelegate> delegate() const;
+  /// Takes the place of an earlier delegate; an empty pointer is none. The caller keeps it alive.
+  /// An exchange that waits for its document (`HTTPRequest::bodyStream`) takes this place, passes
+  /// events on to the one before, and gives it back in the end.
   virtual void setDelegate(std::weak_ptr<StreamDelegate> delegate);
 
   /// A named property, or nothing. Streams of this library have none of their own but keep what
@@ -83,6 +103,8 @@ class PLATEN_EXPORT Stream {
   /// anew. All others are asked, not waited for: they return false, the default. `mode` names a set
   /// of sources; the library has one, "default". The thread is that of `loop`.
   virtual bool scheduleInRunLoop(RunLoop& loop, std::string_view mode);
+  /// Takes the stream off `loop`: nothing is told from there any more. Does nothing where it is not
+  /// scheduled, the default. `mode` as above.
   virtual void removeFromRunLoop(RunLoop& loop, std::string_view mode);
 
  private:
@@ -93,9 +115,14 @@ class PLATEN_EXPORT Stream {
 class OutputStream;
 
 /// A stream to read from.
+///
+/// Threads: one thread at a time. Neither copied nor moved.
 class PLATEN_EXPORT InputStream : public Stream {
  public:
   ~InputStream() override;
+
+  // Each is a new stream, never null and not yet open: what is wrong with its source shows when it
+  // is opened.
 
   /// Over octets in memory; the stream owns them.
   static std::shared_ptr<InputStream> withData(Data data);
@@ -124,17 +151,19 @@ class PLATEN_EXPORT InputStream : public Stream {
   /// except in memory: there the last octet's read makes the status `StreamStatus::atEnd`.
   [[nodiscard]] virtual bool hasBytesAvailable() const = 0;
   /// Lends the stream's own buffer where it has one: true, and `buffer` holds the octets that a
-  /// read would give next. They stay valid until the next operation on the stream. The default, and
-  /// every stream that is not open: false.
+  /// read would give next, none at the end. They stay valid until the next operation on the stream.
+  /// Of the streams made here those in memory do it. The default, and every stream that is not
+  /// open: false, and `buffer` stays as it was.
   virtual bool getBuffer(Bytes& buffer);
   /// Passes over octets of what `getBuffer` lends, just as if they had been read. Returns how many:
   /// `count`, or all that are lent when these are fewer. The default, which lends nothing: 0.
   virtual std::size_t skip(std::size_t count);
 
-  /// Opens the stream, reads it to its end and closes it. An error ends the reading as the end
-  /// does; see `streamError`.
+  /// Opens the stream, reads it to its end, closes it and returns what it gave. An error ends the
+  /// reading as the end does, and so does a nonblocking descriptor that has nothing to give yet;
+  /// see `streamError`.
   Data readDataToEndOfStream();
-  /// The same, appending to `data`, which is also returned.
+  /// The same, appending to `data`, which is also returned. How much that may be is not limited.
   Data& readDataToEndOfStreamAppendingToData(Data& data);
   /// Copies what is left of this stream to `output`, in chunks of at most 4096 octets; does nothing
   /// when `output` is null. Opens and closes neither. Stops at the first read that gives less than
@@ -144,9 +173,14 @@ class PLATEN_EXPORT InputStream : public Stream {
 };
 
 /// A stream to write to.
+///
+/// Threads: one thread at a time. Neither copied nor moved.
 class PLATEN_EXPORT OutputStream : public Stream {
  public:
   ~OutputStream() override;
+
+  // Each is a new stream, never null and not yet open: what is wrong with its destination shows
+  // when it is opened.
 
   /// Into memory that the stream owns; see `data`.
   static std::shared_ptr<OutputStream> toMemory();

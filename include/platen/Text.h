@@ -24,15 +24,17 @@ class PLATEN_EXPORT Text {
   constexpr Text() noexcept = default;
   /// A copy of `text`; absent when there is none.
   explicit Text(std::optional<std::string_view> text);
-  /// Borrowed: the octets must outlive this object and everything moved from it.
+  /// Borrowed, never absent: the octets must outlive this object and everything moved from it.
   static Text borrowed(std::string_view text) noexcept {
     return Text(text.data() != nullptr ? text.data() : "", text.size());
   }
 
   /// A copy owns its octets, also when `other` has borrowed them.
   Text(const Text& other);
+  /// Takes what `other` keeps, borrowed or owned; `other` is absent then.
   Text(Text&& other) noexcept
       : octets_(std::exchange(other.octets_, nullptr)), size_(std::exchange(other.size_, 0)) {}
+  /// As the constructor of the same argument; what was kept before is let go.
   Text& operator=(Text other) noexcept {
     std::swap(octets_, other.octets_);
     std::swap(size_, other.size_);
@@ -44,6 +46,7 @@ class PLATEN_EXPORT Text {
     }
   }
 
+  /// True when there is no text; false for "".
   [[nodiscard]] bool isAbsent() const noexcept { return octets_ == nullptr; }
   /// The text, or nothing when absent; valid as long as this object.
   [[nodiscard]] std::optional<std::string_view> view() const noexcept {

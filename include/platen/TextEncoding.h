@@ -30,8 +30,11 @@ class PLATEN_EXPORT TextEncoding {
   /// UTF-8.
   constexpr TextEncoding() noexcept = default;
 
+  /// US-ASCII: the octets from 0 to 127.
   static constexpr TextEncoding ascii() noexcept { return TextEncoding(1); }
+  /// UTF-8, RFC 3629.
   static constexpr TextEncoding utf8() noexcept { return TextEncoding(0); }
+  /// ISO-8859-1: one octet for each character up to U+00FF.
   static constexpr TextEncoding latin1() noexcept { return TextEncoding(2); }
 
   /// The encoding of an IANA charset name or alias (RFC 2978), in any letter case; but for that the
@@ -58,6 +61,7 @@ class PLATEN_EXPORT TextEncoding {
   /// when every octet stands for the ASCII character of its number. False when invalid.
   [[nodiscard]] bool isIdentity(Bytes octets) const noexcept;
 
+  /// The same encoding.
   friend constexpr bool operator==(TextEncoding, TextEncoding) noexcept = default;
 
  private:

@@ -27,7 +27,7 @@ class PLATEN_EXPORT URL {
   /// refused, not escaped.
   static std::optional<URL> parse(std::string_view text);
 
-  /// Whether `parse` would give a URL; keeps nothing.
+  /// Whether `parse` would give a URL; makes none.
   static bool isValid(std::string_view text);
 
   /// The text it was made from; valid as long as this object or a copy of it lives.
@@ -36,7 +36,7 @@ class PLATEN_EXPORT URL {
   // Each part is as written (escapes kept); valid as long as this object or a copy of it lives;
   // nothing when absent. A part that is there but empty ("ipp:///x" has such a host) is "".
 
-  /// RFC 3986 §3.1, in the letter case as written.
+  /// RFC 3986 §3.1, in the letter case as written; nothing for a relative reference.
   [[nodiscard]] std::optional<std::string_view> scheme() const noexcept;
   /// What stands before the "@" of the authority (RFC 3986 §3.2.1), up to the colon that separates
   /// a password, if there is one.
@@ -59,12 +59,13 @@ class PLATEN_EXPORT URL {
   /// What follows the "#" (RFC 3986 §3.5).
   [[nodiscard]] std::optional<std::string_view> fragment() const noexcept;
 
-  /// The last segment of `path()`, "/" for the root, "" when there is no path.
+  /// The last segment of `path()`, so with its escapes decoded; "/" for the root, "" when there is
+  /// no path.
   [[nodiscard]] std::string lastPathComponent() const;
 
   /// `text` with every octet that a path may not hold percent-escaped (RFC 3986 §2.1, §3.3): all
   /// but the unreserved characters, the sub-delimiters, ":", "@" and "/". A "%" is escaped as well,
-  /// so that a decoded path comes back as it was.
+  /// so that a decoded path comes back as it was. Any octets are taken, and "" gives "".
   static std::string escapePath(std::string_view text);
 
   /// Equal when the texts are equal, letter for letter.

@@ -32,8 +32,8 @@ namespace platen::inline v0 {
 /// Threads: used on the thread of its run loop only. Neither copied nor moved.
 class AsioAdapter {
  public:
-  /// `context` stays the caller's and must outlive the adapter. Raises `std::system_error` when it
-  /// refuses the descriptor. Takes `RunLoop::setWakeUp` for itself.
+  /// `context` stays the caller's and must outlive the adapter, which holds `loop`. Raises
+  /// `std::system_error` when it refuses the descriptor. Takes `RunLoop::setWakeUp` for itself.
   explicit AsioAdapter(asio::io_context& context,
                        std::shared_ptr<RunLoop> loop = RunLoop::current())
       : driver_(std::make_shared<Driver>(context, std::move(loop))) {
@@ -41,6 +41,7 @@ class AsioAdapter {
   }
   AsioAdapter(const AsioAdapter&) = delete;
   AsioAdapter& operator=(const AsioAdapter&) = delete;
+  /// Nothing is driven any more, and `setWakeUp` is empty. The run loop and its exchanges stay.
   ~AsioAdapter() { driver_->end(); }
 
  private:

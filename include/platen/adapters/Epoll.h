@@ -32,8 +32,9 @@ namespace platen::inline v0 {
 /// Threads: used on the thread of its run loop only. Neither copied nor moved.
 class EpollAdapter {
  public:
-  /// Adds the descriptor to `epoll`, which stays the caller's and must outlive the adapter. Its
-  /// events carry `data` and need no attention. Raises `std::system_error` when it cannot be added.
+  /// Adds the descriptor to `epoll`, which stays the caller's and must outlive the adapter; holds
+  /// `loop`. Its events carry `data` and need no attention. Raises `std::system_error` when it
+  /// cannot be added.
   explicit EpollAdapter(int epoll, epoll_data_t data = {},
                         std::shared_ptr<RunLoop> loop = RunLoop::current())
       : epoll_(epoll), loop_(std::move(loop)) {
@@ -44,10 +45,11 @@ class EpollAdapter {
   }
   EpollAdapter(const EpollAdapter&) = delete;
   EpollAdapter& operator=(const EpollAdapter&) = delete;
+  /// Takes the descriptor out of `epoll`. The run loop and its exchanges stay.
   ~EpollAdapter() { epoll_ctl(epoll_, EPOLL_CTL_DEL, loop_->descriptor(), nullptr); }
 
-  /// The time-out to give to `epoll_wait`, asked before every wait: `hostTimeout`, the program's
-  /// own (-1: for ever), or less. It may be 0, and then `epoll_wait` must not wait.
+  /// The time-out to give to `epoll_wait`, in milliseconds, asked before every wait: `hostTimeout`,
+  /// the program's own (-1: for ever), or less. It may be 0, and then `epoll_wait` must not wait.
   [[nodiscard]] int timeout(int hostTimeout = -1) const {
     return shorterTimeout(*loop_, hostTimeout);
   }

@@ -29,6 +29,7 @@ namespace platen::inline v0 {
 class GLibAdapter {
  public:
   /// Adds a source of the default priority to `context`; null is the thread's default context.
+  /// Holds `loop`.
   explicit GLibAdapter(GMainContext* context = nullptr,
                        std::shared_ptr<RunLoop> loop = RunLoop::current())
       : loop_(std::move(loop)), source_(g_source_new(&kFunctions, sizeof(Source))) {
@@ -41,7 +42,7 @@ class GLibAdapter {
   }
   GLibAdapter(const GLibAdapter&) = delete;
   GLibAdapter& operator=(const GLibAdapter&) = delete;
-  /// Removes the source.
+  /// Removes the source. The run loop and its exchanges stay.
   ~GLibAdapter() {
     g_source_destroy(source_);
     g_source_unref(source_);

@@ -30,8 +30,8 @@ namespace platen::inline v0 {
 /// Threads: used on the thread of its run loop only. Neither copied nor moved.
 class LibUVAdapter {
  public:
-  /// Adds handles to `host`, which stays the caller's. Raises `std::runtime_error` when libuv
-  /// refuses the descriptor.
+  /// Adds handles to `host`, which stays the caller's and must not be null; holds `loop`. Raises
+  /// `std::runtime_error` when libuv refuses the descriptor.
   explicit LibUVAdapter(uv_loop_t* host, std::shared_ptr<RunLoop> loop = RunLoop::current()) {
     auto handles = std::make_unique<Handles>();
     if (const int code = uv_poll_init(host, &handles->poll, loop->descriptor())) {
@@ -46,7 +46,7 @@ class LibUVAdapter {
   LibUVAdapter(const LibUVAdapter&) = delete;
   LibUVAdapter& operator=(const LibUVAdapter&) = delete;
   /// Closes the handles. They are gone, and their memory is freed, when the host has run once more;
-  /// `uv_loop_close` fails before that.
+  /// `uv_loop_close` fails before that. The run loop and its exchanges stay.
   ~LibUVAdapter() { handles_->close(); }
 
  private:

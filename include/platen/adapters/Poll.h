@@ -32,6 +32,7 @@ namespace platen::inline v0 {
 /// Threads: used on the thread of its run loop only. Neither copied nor moved.
 class PollAdapter {
  public:
+  /// Holds `loop`, and changes nothing about it.
   explicit PollAdapter(std::shared_ptr<RunLoop> loop = RunLoop::current())
       : loop_(std::move(loop)) {}
   PollAdapter(const PollAdapter&) = delete;
@@ -41,8 +42,8 @@ class PollAdapter {
   /// What to wait for; always the same. The descriptor stays the run loop's.
   [[nodiscard]] pollfd entry() const { return {loop_->descriptor(), POLLIN, 0}; }
 
-  /// The time-out to give to `poll`, asked before every wait: `hostTimeout`, the program's own
-  /// (-1: for ever), or less. It may be 0, and then `poll` must not wait.
+  /// The time-out to give to `poll`, in milliseconds, asked before every wait: `hostTimeout`, the
+  /// program's own (-1: for ever), or less. It may be 0, and then `poll` must not wait.
   [[nodiscard]] int timeout(int hostTimeout = -1) const {
     return shorterTimeout(*loop_, hostTimeout);
   }

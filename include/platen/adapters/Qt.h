@@ -32,11 +32,12 @@ class QtAdapter {
  public:
   /// To be made when the thread has an event dispatcher: in the main thread after the
   /// QCoreApplication, within a QThread, elsewhere after a QEventLoop. Takes `RunLoop::setWakeUp`
-  /// for itself.
+  /// for itself and holds `loop`.
   explicit QtAdapter(std::shared_ptr<RunLoop> loop = RunLoop::current())
       : driver_(new Driver(std::move(loop))) {}
   QtAdapter(const QtAdapter&) = delete;
   QtAdapter& operator=(const QtAdapter&) = delete;
+  /// Nothing is driven any more, and `setWakeUp` is empty. The run loop and its exchanges stay.
   ~QtAdapter() { driver_->end(); }
 
  private:

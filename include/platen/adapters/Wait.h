@@ -13,7 +13,7 @@
 namespace platen::inline v0 {
 
 /// How long a host may wait, in milliseconds as `poll` takes them: the shorter of `hostTimeout` and
-/// of what `loop` allows (`RunLoop::timeout`); 0 is not at all, -1 is for ever.
+/// of what `loop` allows (`RunLoop::timeout`); 0 is not at all, -1 is for ever. Threads: as `loop`.
 inline int shorterTimeout(const RunLoop& loop, int hostTimeout) {
   const auto wait = loop.timeout();
   if (!wait) {
