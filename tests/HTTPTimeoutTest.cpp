@@ -29,6 +29,9 @@ using tests::makePost;
 using tests::perform;
 using tests::ScriptedPeer;
 
+// Bounds what takes no time, on a machine that has other things to do, too.
+constexpr milliseconds kSoon(5000);
+
 class HTTPTimeout : public testing::Test {
  protected:
   static HTTPRequest limited(HTTPRequest request, double seconds = 0.3) {
@@ -87,8 +90,8 @@ TEST_F(HTTPTimeout, EndsAnExchangeThatGetsNoAnswer) {
   EXPECT_EQ(recorder->events, "E");
   EXPECT_EQ(recorder->code(), HTTPErrorCode::timedOut);
   EXPECT_EQ(recorder->text(), "no answer from " + authority(peer) + " for 0.3 seconds");
-  EXPECT_GE(elapsed(), milliseconds(300));
-  EXPECT_LT(elapsed(), milliseconds(1500));
+  EXPECT_GE(elapsed(), milliseconds(290));
+  EXPECT_LT(elapsed(), kSoon);
 }
 
 TEST_F(HTTPTimeout, EndsABlockingCall) {
@@ -98,7 +101,7 @@ TEST_F(HTTPTimeout, EndsABlockingCall) {
   const auto request = limited(makePost(peer.url(), "x"));
   EXPECT_FALSE(HTTPConnection::sendSynchronousRequest(request, response, error));
   EXPECT_EQ(error->code(), static_cast<int>(HTTPErrorCode::timedOut));
-  EXPECT_LT(elapsed(), milliseconds(1500));
+  EXPECT_LT(elapsed(), kSoon);
 }
 
 TEST_F(HTTPTimeout, EndsAnAnswerThatStalls) {
@@ -119,7 +122,7 @@ TEST_F(HTTPTimeout, EndsAnUploadThatStalls) {
   ScriptedPeer peer({[](auto& connection) { connection.sleep(std::chrono::seconds(10)); }});
   const auto recorder = perform(*loop, limited(makePost(peer.url(), std::string(20'000'000, 'x'))));
   EXPECT_EQ(recorder->code(), HTTPErrorCode::timedOut);
-  EXPECT_LT(elapsed(), milliseconds(3000));
+  EXPECT_LT(elapsed(), kSoon);
 }
 
 TEST_F(HTTPTimeout, EndsWhatCannotBeConnected) {
@@ -129,7 +132,7 @@ TEST_F(HTTPTimeout, EndsWhatCannotBeConnected) {
   EXPECT_EQ(recorder->code(), HTTPErrorCode::timedOut);
   EXPECT_EQ(recorder->text(),
             "could not connect to " + blackhole.authority() + " within 0.3 seconds");
-  EXPECT_LT(elapsed(), milliseconds(1500));
+  EXPECT_LT(elapsed(), kSoon);
 }
 
 TEST_F(HTTPTimeout, EndsWhatCannotBeResolved) {
@@ -138,27 +141,27 @@ TEST_F(HTTPTimeout, EndsWhatCannotBeResolved) {
   const auto recorder = perform(*loop, limited(makePost("http://stuck.test:631/", "x")));
   EXPECT_EQ(recorder->code(), HTTPErrorCode::timedOut);
   EXPECT_EQ(recorder->text(), "could not resolve the host of stuck.test:631 within 0.3 seconds");
-  EXPECT_LT(elapsed(), milliseconds(1500));
+  EXPECT_LT(elapsed(), kSoon);
   loop.reset();
-  EXPECT_LT(elapsed(), milliseconds(1500)) << "letting go of the loop waits for nobody";
+  EXPECT_LT(elapsed(), kSoon) << "letting go of the loop waits for nobody";
 }
 
 TEST_F(HTTPTimeout, LeavesASlowAnswerAlone) {
   ScriptedPeer peer({[](auto& connection) {
     connection.readRequest();
-    connection.send("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n");
-    for (int i = 0; i < 10; ++i) {
+    connection.send("HTTP/1.1 200 OK\r\nContent-Length: 25\r\n\r\n");
+    for (int i = 0; i < 25; ++i) {
       connection.sleep(milliseconds(100));
       connection.send("x");
     }
   }});
-  const auto recorder = perform(*loop, limited(makePost(peer.url(), "x")));
-  EXPECT_EQ(recorder->body, "xxxxxxxxxx") << recorder->text();
-  EXPECT_GT(elapsed(), milliseconds(900));
+  const auto recorder = perform(*loop, limited(makePost(peer.url(), "x"), 1));
+  EXPECT_EQ(recorder->body, std::string(25, 'x')) << recorder->text();
+  EXPECT_GT(elapsed(), milliseconds(2400));
 }
 
 TEST_F(HTTPTimeout, LeavesASlowUploadAlone) {
-  constexpr std::size_t kSize = 8'000'000;
+  constexpr std::size_t kSize = 12'000'000;
   ScriptedPeer peer({[](auto& connection) {
     // 200 kB every 40 ms: the client's system buffers some megabytes, so that for most of the time
     // the client has nothing to write or to read.
@@ -171,9 +174,9 @@ TEST_F(HTTPTimeout, LeavesASlowUploadAlone) {
     connection.readSome(50);  // what the head has added
     connection.answer(200, "done");
   }});
-  const auto recorder = perform(*loop, limited(makePost(peer.url(), std::string(kSize, 'x'))));
+  const auto recorder = perform(*loop, limited(makePost(peer.url(), std::string(kSize, 'x')), 1));
   EXPECT_EQ(recorder->body, "done") << recorder->text();
-  EXPECT_GT(elapsed(), milliseconds(1200));
+  EXPECT_GT(elapsed(), milliseconds(2300));
 }
 
 TEST_F(HTTPTimeout, DoesNotCountTheCallersPauses) {

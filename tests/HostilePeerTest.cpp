@@ -3,123 +3,21 @@
 // Peers that do what no server should, at each point of an exchange: it ends in an error record or
 // in an answer, the idle time-out at the latest, and leaves nothing behind.
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "platen/HTTP.h"
-#include "tests/support/RequestRecorder.h"
+#include "tests/support/HostilePeer.h"
 
-namespace platen {
+namespace platen::tests {
 namespace {
 
 using std::chrono::milliseconds;
-using tests::drive;
-using tests::makeAnswer;
-using tests::makeRequest;
-using tests::PeerConnection;
-using tests::RequestRecorder;
-using tests::ScriptedPeer;
-using tests::streamOf;
-using tests::targetOf;
 
-constexpr auto kTimeOut = milliseconds(300);
-// On a machine that has other things to do, too.
-constexpr auto kGrace = milliseconds(2500);
-
-/// How an exchange is to end.
-struct End {
-  std::int64_t code;
-  std::int64_t underlying;
-  /// What may lie behind it too, as things happen to fall out.
-  std::int64_t alternative = underlying;
-};
-constexpr End kAnswered{0, 0};
-constexpr End kTimedOut{0x0405, -1001};
-constexpr End kLost{0x0502, static_cast<int>(HTTPErrorCode::networkConnectionLost)};
-constexpr End kNotConnectedOrLost{0x0502, static_cast<int>(HTTPErrorCode::networkConnectionLost),
-                                  static_cast<int>(HTTPErrorCode::cannotConnectToHost)};
-constexpr End kBadServer{0x0502, static_cast<int>(HTTPErrorCode::badServerResponse)};
-constexpr End kTooLong{0x0502, static_cast<int>(HTTPErrorCode::dataLengthExceedsMaximum)};
-constexpr End kMalformed{0x0500, 0};
-constexpr End kRefused403{0x0502, 403};
-
-struct Hostility {
-  const char* name;
-  ScriptedPeer::Script script;
-  End end;
-};
-
-std::string chunked(std::string_view chunks) {
-  return "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n" + std::string(chunks);
-}
-
-std::string chunkOf(std::string_view octets) {
-  char size[20];
-  std::snprintf(size, sizeof size, "%zx\r\n", octets.size());
-  return size + std::string(octets) + "\r\n";
-}
-
-std::string withLength(std::size_t length, std::string_view body) {
-  return "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(length) + "\r\n\r\n" +
-         std::string(body);
-}
-
-void stall(PeerConnection& connection) { connection.readToEnd(); }
-
-/// Reads the request, says this, and then nothing any more.
-ScriptedPeer::Script sayingThenStalling(std::string octets) {
-  return [octets = std::move(octets)](PeerConnection& connection) {
-    connection.readRequest();
-    connection.send(octets);
-    stall(connection);
-  };
-}
-
-ScriptedPeer::Script sayingThenClosing(std::string octets) {
-  return [octets = std::move(octets)](PeerConnection& connection) {
-    connection.readRequest();
-    connection.send(octets);
-  };
-}
-
-ScriptedPeer::Script sayingThenResetting(std::string octets) {
-  return [octets = std::move(octets)](PeerConnection& connection) {
-    connection.readRequest();
-    connection.send(octets);
-    connection.sleep(milliseconds(20));
-    connection.reset();
-  };
-}
-
-/// One octet at a time, without a pause that would be too long.
-ScriptedPeer::Script dribbling(std::string octets) {
-  return [octets = std::move(octets)](PeerConnection& connection) {
-    connection.readRequest();
-    for (const char octet : octets) {
-      connection.send({&octet, 1});
-      connection.sleep(milliseconds(4));
-    }
-    stall(connection);
-  };
-}
-
-/// What is said again and again, until the other side has enough.
-ScriptedPeer::Script repeating(std::string once, std::string again, std::size_t count) {
-  return [=](PeerConnection& connection) {
-    connection.readRequest();
-    connection.send(once);
-    for (std::size_t i = 0; i < count; ++i) {
-      connection.send(again);
-    }
-    stall(connection);
-  };
-}
+// For what is to come to an answer, on a machine that has other things to do, too.
+constexpr milliseconds kPatient(2000);
 
 /// The points of an answer at which a peer may leave off.
 std::vector<std::pair<const char*, std::string>> cutAnswers() {
@@ -146,76 +44,17 @@ std::vector<std::pair<const char*, std::string>> cutAnswers() {
 }
 
 /// Each for a request alone (false) and for one with a document (true).
-class HostilePeer : public testing::TestWithParam<bool> {
+class HostilePeer : public WithHostilePeers, public testing::WithParamInterface<bool> {
  protected:
-  // What does not decode is kept in the home directory.
-  static void SetUpTestSuite() {
-    std::string text = (std::filesystem::temp_directory_path() / "platen-home-XXXXXX").string();
-    ASSERT_NE(mkdtemp(text.data()), nullptr);
-    home = text;
-    const char* const before = std::getenv("HOME");
-    homeBefore = before == nullptr ? "" : before;
-    setenv("HOME", home.c_str(), 1);
-    // What a first exchange sets up for the whole process, or clears away, does not count.
-    ScriptedPeer peer({sayingThenClosing("")});
-    tests::onOwnThread([&] { expectEnd({"the first", nullptr, kLost}, peer); });
-  }
-  static void TearDownTestSuite() {
-    setenv("HOME", homeBefore.c_str(), 1);
-    std::filesystem::remove_all(home);
-  }
-
-  static void expectEnd(const Hostility& hostility) {
-    const auto before = tests::descriptorCount();
-    {
-      ScriptedPeer peer({hostility.script});
-      tests::onOwnThread([&] { expectEnd(hostility, peer); });
-    }
-    EXPECT_EQ(tests::descriptorCount(), before) << hostility.name;
-  }
-
-  static void expectEnd(const Hostility& hostility, const ScriptedPeer& peer) {
-    const auto recorder = std::make_shared<RequestRecorder>();
-    recorder->document = isStreamed ? streamOf(document) : nullptr;
-    auto request = makeRequest(recorder);
-    request->setTimeInterval(std::chrono::duration<double>(timeOut).count());
-    const std::weak_ptr watched = request;
-    const auto begin = RunLoop::Clock::now();
-    request->sendTo(targetOf(peer));
-    ASSERT_TRUE(drive(*recorder)) << hostility.name;
-    const auto duration = RunLoop::Clock::now() - begin;
-    EXPECT_EQ(recorder->code(), hostility.end.code) << hostility.name << ": " << recorder->text();
-    EXPECT_THAT(recorder->underlyingCode(),
-                testing::AnyOf(hostility.end.underlying, hostility.end.alternative))
-        << hostility.name << ": " << recorder->text();
-    EXPECT_EQ(recorder->calls, hostility.end.code == 0 ? "WDORF" : "WDO") << hostility.name;
-    if (hostility.end.code == kTimedOut.code) {
-      EXPECT_GE(duration, timeOut) << hostility.name;
-      EXPECT_LT(duration, timeOut + kGrace) << hostility.name;
-    }
-    request.reset();
-    tests::driveFor(milliseconds(0));
-    EXPECT_TRUE(watched.expired()) << hostility.name;
-  }
+  [[nodiscard]] static bool isStreamed() { return GetParam(); }
 
   void SetUp() override {
-    isStreamed = GetParam();
-    document = "the document";
-    timeOut = kTimeOut;
+    if (isStreamed()) {
+      makeDocument = [] { return streamOf("the document"); };
+    }
+    WithHostilePeers::SetUp();
   }
-
-  static std::filesystem::path home;
-  static std::string homeBefore;
-  static bool isStreamed;
-  static std::string document;
-  static milliseconds timeOut;
 };
-
-std::filesystem::path HostilePeer::home;
-std::string HostilePeer::homeBefore;
-bool HostilePeer::isStreamed = false;
-std::string HostilePeer::document;
-milliseconds HostilePeer::timeOut = kTimeOut;
 
 INSTANTIATE_TEST_SUITE_P(Request, HostilePeer, testing::Bool(), [](const auto& tested) {
   return tested.param ? "WithADocument" : "Alone";
@@ -267,18 +106,20 @@ TEST_P(HostilePeer, LeavesOffBeforeItHasReadTheRequest) {
 }
 
 TEST_P(HostilePeer, LeavesOffWithinALargeDocument) {
-  document.assign(20'000'000, 'x');
+  makeDocument = [isStreamed = isStreamed()] {
+    return isStreamed ? streamOf(std::string(20'000'000, 'x')) : nullptr;
+  };
   expectEnd({"stalls",
              [](auto& connection) {
                connection.readSome(100'000);
                connection.sleep(milliseconds(10'000));
              },
              kTimedOut});
-  expectEnd(
-      {"closes", [](auto& connection) { connection.readSome(isStreamed ? 100'000 : 10); }, kLost});
+  const std::size_t some = isStreamed() ? 100'000 : 10;
+  expectEnd({"closes", [some](auto& connection) { connection.readSome(some); }, kLost});
   expectEnd({"resets",
-             [](auto& connection) {
-               connection.readSome(isStreamed ? 100'000 : 10);
+             [some](auto& connection) {
+               connection.readSome(some);
                connection.reset();
              },
              kLost});
@@ -288,27 +129,32 @@ TEST_P(HostilePeer, IsNeverAccepted) {
   // The system takes the connection and the request; nobody ever reads them.
   const Hostility hostility{"never accepted", nullptr, kTimedOut};
   const ScriptedPeer peer(std::vector<ScriptedPeer::Script>{});
-  tests::onOwnThread([&] { expectEnd(hostility, peer); });
+  onOwnThread([&] { expectEnd(hostility, peer); });
 }
 
 TEST_P(HostilePeer, DribblesOneOctetAtATime) {
+  expectEnd(
+      {"and then stalls", dribbling("HTTP/1.1 200 OK\r\nX: yyyy", milliseconds(4)), kTimedOut});
   // Which takes longer than the time-out, but there is always something moving.
-  expectEnd({"with a length", dribbling(withLength(makeAnswer().size(), makeAnswer())), kAnswered});
+  timeOut = kPatient;
+  const auto answer = makeAnswer();
+  const auto pause = timeOut * 5 / 4 / answer.size();
+  expectEnd({"with a length", dribbling(withLength(answer.size(), answer), pause), kAnswered});
   expectEnd({"in chunks of one octet",
-             [](auto& connection) {
+             [&](auto& connection) {
                connection.readRequest();
                connection.send(chunked(""));
-               for (const char octet : makeAnswer()) {
+               for (const char octet : answer) {
                  connection.send(chunkOf({&octet, 1}));
-                 connection.sleep(milliseconds(4));
+                 connection.sleep(pause);
                }
                connection.send("0\r\n\r\n");
              },
              kAnswered});
-  expectEnd({"and then stalls", dribbling("HTTP/1.1 200 OK\r\nX: yyyy"), kTimedOut});
 }
 
 TEST_P(HostilePeer, ReadsOneOctetAtATime) {
+  timeOut = kPatient;
   expectEnd({"and answers",
              [](auto& connection) {
                for (int i = 0; i < 40; ++i) {
@@ -368,6 +214,7 @@ TEST_P(HostilePeer, SendsHeadsWithoutEnd) {
 }
 
 TEST_P(HostilePeer, SaysToContinueAgainAndAgainAndThenAnswers) {
+  timeOut = kPatient;
   std::string octets;
   for (int i = 0; i < 500; ++i) {
     octets += "HTTP/1.1 100 Continue\r\n\r\n";
@@ -377,10 +224,45 @@ TEST_P(HostilePeer, SaysToContinueAgainAndAgainAndThenAnswers) {
 }
 
 TEST_P(HostilePeer, SendsABodyWithoutEnd) {
-  // 64 KB a chunk, somewhat more than a body may have.
-  const auto again = chunkOf(std::string(65536, 'x'));
-  expectEnd({"chunked", repeating(chunked(""), again, kHTTPDefaultMaximumBodyLength / 65536 + 1000),
-             kTooLong});
+  timeOut = milliseconds(5000);
+  // 64 KB at a time, somewhat more than a body may have.
+  const std::string again(65536, 'x');
+  const auto count = kHTTPDefaultMaximumBodyLength / again.size() + 1000;
+  expectEnd({"chunked", repeating(chunked(""), chunkOf(again), count), kTooLong});
+  expectEnd({"until it closes", repeating("HTTP/1.0 200 OK\r\n\r\n", again, count), kTooLong});
+}
+
+TEST_P(HostilePeer, AnswersThoughNothingIsWanted) {
+  timeOut = kPatient;
+  maximumLength = 0;
+  const auto answer = makeAnswer();
+  expectEnd({"with a length", sayingThenStalling(withLength(answer.size(), answer)), kTooLong});
+  expectEnd({"of one octet", sayingThenStalling(chunked(chunkOf("x"))), kTooLong});
+  expectEnd({"until it closes", sayingThenStalling("HTTP/1.0 200 OK\r\n\r\nx"), kTooLong});
+  expectEnd({"with nothing", sayingThenStalling(withLength(0, "")), kMalformed});
+}
+
+TEST_P(HostilePeer, EndsLinesWithALoneLineFeed) {
+  timeOut = kPatient;
+  const auto answer = makeAnswer();
+  const auto length = "Content-Length: " + std::to_string(answer.size());
+  expectEnd(
+      {"the head", sayingThenStalling("HTTP/1.1 200 OK\n" + length + "\n\n" + answer), kAnswered});
+  expectEnd({"the last only",
+             sayingThenStalling("HTTP/1.1 200 OK\r\n" + length + "\r\n\n" + answer), kAnswered});
+  expectEnd(
+      {"a refusal", sayingThenStalling("HTTP/1.1 403 No\nContent-Length: 0\n\n"), kRefused403});
+}
+
+TEST_P(HostilePeer, SwitchesToAnotherProtocol) {
+  const std::string switching =
+      "HTTP/1.1 101 Switching Protocols\r\nConnection: Upgrade\r\nUpgrade: mail\r\n\r\n";
+  // Whatever it says then is none of HTTP.
+  for (const auto& said : {std::string(), std::string("220 mail.example\r\n"),
+                           withLength(makeAnswer().size(), makeAnswer())}) {
+    expectEnd({"and goes on", sayingThenStalling(switching + said), kTimedOut});
+    expectEnd({"and closes", sayingThenClosing(switching + said), kLost});
+  }
 }
 
 TEST_P(HostilePeer, SpeaksSomethingElse) {
@@ -391,6 +273,7 @@ TEST_P(HostilePeer, SpeaksSomethingElse) {
 }
 
 TEST_P(HostilePeer, AnswersTwice) {
+  timeOut = kPatient;
   const auto answer = withLength(makeAnswer().size(), makeAnswer());
   expectEnd({"the same", sayingThenStalling(answer + answer), kAnswered});
   expectEnd({"then a refusal", sayingThenClosing(answer + "HTTP/1.1 403 No\r\n\r\n"), kAnswered});
@@ -400,6 +283,7 @@ TEST_P(HostilePeer, AnswersTwice) {
 }
 
 TEST_P(HostilePeer, AnswersBeforeItIsAsked) {
+  timeOut = kPatient;
   const auto answer = withLength(makeAnswer().size(), makeAnswer());
   expectEnd({"and reads on",
              [&](auto& connection) {
@@ -412,13 +296,13 @@ TEST_P(HostilePeer, AnswersBeforeItIsAsked) {
 TEST_P(HostilePeer, LeavesTheNextExchangeUnharmed) {
   const auto answer = withLength(makeAnswer().size(), makeAnswer());
   ScriptedPeer peer({sayingThenStalling(answer + answer + "HTTP/1.1 403 No\r\n\r\n"),
-                     tests::answering(200, makeAnswer(0x0001))});
-  tests::onOwnThread([&] {
+                     answering(200, makeAnswer(0x0001))});
+  onOwnThread([&] {
     const auto first = std::make_shared<RequestRecorder>();
     const auto one = makeRequest(first);
     one->sendTo(targetOf(peer));
     ASSERT_TRUE(drive(*first));
-    tests::driveFor(milliseconds(20));
+    driveFor(milliseconds(20));
     const auto second = std::make_shared<RequestRecorder>();
     const auto two = makeRequest(second);
     two->sendTo(targetOf(peer));
@@ -430,4 +314,4 @@ TEST_P(HostilePeer, LeavesTheNextExchangeUnharmed) {
 }
 
 }  // namespace
-}  // namespace platen
+}  // namespace platen::tests

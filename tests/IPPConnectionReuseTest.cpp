@@ -61,15 +61,18 @@ TEST(KeptConnection, ServesTheNextExchangeAfterAStatusOfFailureAndABodyThatDoesN
 }
 
 TEST(KeptConnection, IsNotUsedAfterATimeout) {
-  ScriptedPeer peer({[](auto& connection) {
+  std::atomic<bool> hasReturned = false;
+  ScriptedPeer peer({[&hasReturned](auto& connection) {
                        connection.readRequest();
-                       connection.sleep(milliseconds(400));
+                       hasReturned.wait(false);
                        connection.answer(200, responseOctets("0406"));
                      },
                      answeringAll(1)});
   const auto request = requestTo(targetAt(peer));
   request->setTimeInterval(0.1);
   EXPECT_EQ(request->performOn(targetAt(peer)), nullptr);
+  hasReturned = true;
+  hasReturned.notify_all();
   EXPECT_EQ(performOn(targetAt(peer)).error, nullptr) << "the late answer belongs to nobody";
   EXPECT_EQ(peer.connectionCount(), 2U);
 }
@@ -100,16 +103,19 @@ TEST(KeptConnection, IsReplacedWhenTheServerHasClosedItMeanwhile) {
   }
 }
 
+/// Answers one request, reads the second in part and hangs up without a word, as a server does
+/// whose patience with an idle connection ends that very moment.
+ScriptedPeer::Script answeringThenHangingUp() {
+  return [](PeerConnection& connection) {
+    connection.readRequest();
+    connection.answer(200, responseOctets());
+    connection.readHead();
+    connection.close();
+  };
+}
+
 TEST(KeptConnection, IsReplacedWhenTheServerClosesItUnderTheNextRequest) {
-  // The server reads the second request in part and hangs up without a word, as one does whose
-  // patience with an idle connection ends that very moment.
-  ScriptedPeer peer({[](auto& connection) {
-                       connection.readRequest();
-                       connection.answer(200, responseOctets());
-                       connection.readHead();
-                       connection.close();
-                     },
-                     answeringAll(1)});
+  ScriptedPeer peer({answeringThenHangingUp(), answeringAll(1)});
   EXPECT_NE(performOn(targetAt(peer)).response, nullptr);
   const auto [response, error] = performOn(targetAt(peer));
   EXPECT_NE(response, nullptr) << (error ? error->description() : "");
@@ -117,13 +123,7 @@ TEST(KeptConnection, IsReplacedWhenTheServerClosesItUnderTheNextRequest) {
 }
 
 TEST(KeptConnection, SendsAWholeDocumentAgainWhenItTurnsOutToBeClosed) {
-  ScriptedPeer peer({[](auto& connection) {
-                       connection.readRequest();
-                       connection.answer(200, responseOctets());
-                       connection.readHead();
-                       connection.close();
-                     },
-                     answeringAll(1)});
+  ScriptedPeer peer({answeringThenHangingUp(), answeringAll(1)});
   EXPECT_NE(performOn(targetAt(peer)).response, nullptr);
   const std::string document(500'000, 'd');
   const auto stream = InputStream::withData({document.begin(), document.end()});

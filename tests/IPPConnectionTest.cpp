@@ -442,8 +442,8 @@ TEST(BlockingExchange, TimesOutWhenNothingHappensForTheInterval) {
   expectFailure(outcome, HTTPErrorCode::timedOut,
                 "no answer from 127.0.0.1:" + std::to_string(peer.port()) + " for 0.2 seconds");
   EXPECT_EQ(outcome.error->code(), -1001);
-  EXPECT_GE(elapsed, milliseconds(200));
-  EXPECT_LT(elapsed, milliseconds(2000));
+  EXPECT_GE(elapsed, milliseconds(190));
+  EXPECT_LT(elapsed, milliseconds(4500)) << "the printer leaves it at that";
 }
 
 TEST(BlockingExchange, TimesOutInTheMiddleOfAnAnswer) {
@@ -461,14 +461,14 @@ TEST(BlockingExchange, DoesNotTimeOutWhileTheAnswerKeepsComing) {
     connection.readRequest();
     connection.send("HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(body.size()) +
                     "\r\n\r\n");
-    for (std::size_t i = 0; i < body.size(); i += 10) {
+    for (std::size_t i = 0; i < body.size(); i += 4) {
       connection.sleep(milliseconds(100));
-      connection.send(body.substr(i, 10));
+      connection.send(body.substr(i, 4));
     }
   }});
   const auto start = std::chrono::steady_clock::now();
-  EXPECT_NE(performWithin(targetAt(peer), 0.4).response, nullptr);
-  EXPECT_GE(std::chrono::steady_clock::now() - start, milliseconds(600))
+  EXPECT_NE(performWithin(targetAt(peer), 1).response, nullptr);
+  EXPECT_GE(std::chrono::steady_clock::now() - start, milliseconds(1500))
       << "so that the whole took longer than the interval";
 }
 
@@ -485,15 +485,15 @@ TEST(BlockingExchange, HasNoTimeoutForAnIntervalOfZeroAndBelow) {
 
 TEST(BlockingExchange, StartsANewIntervalForEachExchange) {
   ScriptedPeer peer({[](auto& connection) {
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 10; ++i) {
       connection.readRequest();
       connection.sleep(milliseconds(150));
       connection.answer(200, responseOctets());
     }
   }});
   const auto request = requestTo(targetAt(peer));
-  request->setTimeInterval(0.4);
-  for (int i = 0; i < 4; ++i) {
+  request->setTimeInterval(1);
+  for (int i = 0; i < 10; ++i) {
     EXPECT_NE(request->performOn(targetAt(peer)), nullptr) << i;
   }
 }

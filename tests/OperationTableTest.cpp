@@ -2,28 +2,20 @@
 #include <gtest/gtest.h>
 
 #include <barrier>
-#include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <limits>
 #include <optional>
-#include <string_view>
 #include <thread>
 #include <vector>
 
 #include "platen/IPPConstants.h"
 #include "requests/OperationTable.h"
+#include "tests/support/NameTable.h"
 
 namespace platen {
 namespace {
 
-struct Row {
-  std::int32_t code;
-  std::string_view constant;
-  std::string_view name;
-};
-
-constexpr Row kRows[] = {
+constexpr test::NamedCode kRows[] = {
     {0x0002, kIPPPrintJobOperationName, "Print-Job"},
     {0x0003, kIPPPrintURIOperationName, "Print-URI"},
     {0x0004, kIPPValidateJobOperationName, "Validate-Job"},
@@ -68,38 +60,20 @@ constexpr Row kRows[] = {
 };
 
 TEST(OperationTable, NamesEveryOperationAsItsConstantDoes) {
-  for (const Row& row : kRows) {
-    EXPECT_EQ(operationNameForId(row.code), row.name) << row.code;
-    EXPECT_EQ(row.constant, row.name);
-  }
+  test::expectNamesOfConstants(kRows, operationNameForId);
 }
 
 TEST(OperationTable, HandsOutTheWholeTableInAscendingOrder) {
-  const auto table = operationTable();
-  ASSERT_EQ(table.size(), std::size(kRows));
-  for (std::size_t i = 0; i < table.size(); ++i) {
-    EXPECT_EQ(table[i].code, kRows[i].code);
-    EXPECT_EQ(table[i].name, kRows[i].name);
-  }
+  test::expectTable(kRows, operationTable());
 }
 
 TEST(OperationTable, HandsOutOneDictionaryOfTheSameRows) {
-  const auto& names = operationIdToNameSpec();
-  EXPECT_EQ(&names, &operationIdToNameSpec());
-  EXPECT_EQ(names.size(), std::size(kRows));
-  for (const Row& row : kRows) {
-    const auto found = names.find(row.code);
-    ASSERT_NE(found, names.end()) << row.code;
-    EXPECT_EQ(found->second, row.name);
-  }
+  EXPECT_EQ(&operationIdToNameSpec(), &operationIdToNameSpec());
+  test::expectDictionary(kRows, operationIdToNameSpec());
 }
 
 TEST(OperationTable, HasNamesForNoOther16BitNumber) {
-  std::size_t named = 0;
-  for (std::int32_t code = -0x8000; code <= 0xFFFF; ++code) {
-    if (operationNameForId(code)) ++named;
-  }
-  EXPECT_EQ(named, std::size(kRows));
+  test::expectNamesForNoOther(kRows, operationNameForId);
 }
 
 TEST(OperationTable, LeavesOutIdsThatItHasNoNameFor) {

@@ -141,6 +141,9 @@ void expectNothing(const IPPRequest& request) {
   EXPECT_EQ(request.printerStateMessage(), std::nullopt);
   EXPECT_EQ(request.allowedUserNames(), std::nullopt);
   EXPECT_EQ(request.deniedUserNames(), std::nullopt);
+  EXPECT_EQ(request.jobURI(), std::nullopt);
+  EXPECT_EQ(request.subscriptionId(), std::nullopt);
+  EXPECT_EQ(request.notifyEvents(), Names{});
 }
 
 TEST_F(QueueSettings, AreNothingWhereTheyAreAbsentOrOfAnotherKind) {
@@ -154,12 +157,13 @@ TEST_F(QueueSettings, AreNothingWhereTheyAreAbsentOrOfAnotherKind) {
   };
   for (const auto& value : others) {
     const auto request = IPPRequest::requestWithId(0x4003);
-    for (const auto* name :
-         {"printer-uri", "device-uri", "printer-is-accepting-jobs", "printer-info",
-          "printer-location", "printer-state", "printer-state-message",
-          "requesting-user-name-allowed", "requesting-user-name-denied"}) {
+    for (const auto* name : {"printer-uri", "device-uri", "printer-is-accepting-jobs",
+                             "printer-info", "printer-location", "printer-state",
+                             "printer-state-message", "requesting-user-name-allowed",
+                             "requesting-user-name-denied", "job-uri", "notify-subscription-id"}) {
       request->addOperationValue(value, name);
     }
+    request->addSubscriptionValue(value, "notify-events");
     expectNothing(*request);
   }
 }

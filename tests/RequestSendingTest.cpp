@@ -269,8 +269,8 @@ TEST_F(RequestSending, TimesOutAfterTheIntervalThatWasSet) {
   const auto begin = RunLoop::Clock::now();
   request->sendTo(targetOf(peer));
   ASSERT_TRUE(drive(*recorder));
-  EXPECT_GE(RunLoop::Clock::now() - begin, milliseconds(200));
-  EXPECT_LT(RunLoop::Clock::now() - begin, milliseconds(1500));
+  EXPECT_GE(RunLoop::Clock::now() - begin, milliseconds(190));
+  EXPECT_LT(RunLoop::Clock::now() - begin, milliseconds(5000));
   EXPECT_EQ(recorder->code(), 0x0405);
 }
 

@@ -75,7 +75,7 @@ TEST_F(ScheduledNames, DoNotKeepOtherExchangesWaiting) {
     }
     EXPECT_EQ(other->calls, "WDORF") << other->text();
   }
-  EXPECT_LT(longestTurn, milliseconds(200));
+  EXPECT_LT(longestTurn, milliseconds(1000));
   EXPECT_EQ(recorder->calls, "WD");
   names.set("dead.test", {"127.0.0.1"});
   names.release("dead.test");
@@ -91,7 +91,7 @@ TEST_F(ScheduledNames, MayBeGivenUpAtOnce) {
   names.waitUntilBlocked();
   const auto begin = RunLoop::Clock::now();
   request->cancel();
-  EXPECT_LT(RunLoop::Clock::now() - begin, milliseconds(50));
+  EXPECT_LT(RunLoop::Clock::now() - begin, milliseconds(1000)) << "the name is not awaited";
   names.release("dead.test");
   driveFor(milliseconds(50));
   EXPECT_EQ(recorder->calls, "WD");
@@ -104,8 +104,8 @@ TEST_F(ScheduledNames, ThatAreNotFoundInTimeAreATimeOut) {
   const auto begin = RunLoop::Clock::now();
   request->sendTo(named("dead.test", peer));
   ASSERT_TRUE(drive(*recorder));
-  EXPECT_GE(RunLoop::Clock::now() - begin, milliseconds(200));
-  EXPECT_LT(RunLoop::Clock::now() - begin, milliseconds(1500));
+  EXPECT_GE(RunLoop::Clock::now() - begin, milliseconds(190));
+  EXPECT_LT(RunLoop::Clock::now() - begin, milliseconds(5000));
   EXPECT_EQ(recorder->calls, "WDO");
   EXPECT_EQ(recorder->code(), 0x0405);
   EXPECT_EQ(recorder->underlyingCode(), -1001);
@@ -119,11 +119,11 @@ TEST_F(ScheduledNames, DoNotKeepARunLoopThatGoes) {
     const auto sent = makeRequest(recorder);
     watched = sent;
     sent->sendTo(named("dead.test", peer));
-    driveFor(milliseconds(1));
+    RunLoop::current()->runOnce(milliseconds(0));
     names.waitUntilBlocked();
     begin = RunLoop::Clock::now();
   });
-  EXPECT_LT(RunLoop::Clock::now() - begin, milliseconds(500));
+  EXPECT_LT(RunLoop::Clock::now() - begin, milliseconds(5000));
   EXPECT_TRUE(watched.expired());
   EXPECT_EQ(recorder->calls, "WD");
 }
@@ -133,7 +133,7 @@ TEST_F(ScheduledNames, AreLookedUpWhileAnotherIsDead) {
   names.block("dead.test");
   const auto waiting = makeRequest();
   waiting->sendTo(named("dead.test", peer));
-  driveFor(milliseconds(1));
+  RunLoop::current()->runOnce(milliseconds(0));
   names.waitUntilBlocked();
   request->sendTo(named("printer.test", peer));
   ASSERT_TRUE(drive(*recorder));

@@ -1,27 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <limits>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 #include "platen/IPPConstants.h"
 #include "responses/StatusTable.h"
+#include "tests/support/NameTable.h"
 
 namespace platen {
 namespace {
 
-struct Row {
-  std::int32_t code;
-  std::string_view constant;
-  std::string_view name;
-};
-
-constexpr Row kRows[] = {
+constexpr test::NamedCode kRows[] = {
     {0x0000, kIPPStatusSuccess, "successful-ok"},
     {0x0001, kIPPStatusSuccessIgnoringOrSubstitutedAttributes,
      "successful-ok-ignored-or-substituted-attributes"},
@@ -76,38 +68,20 @@ constexpr Row kRows[] = {
 };
 
 TEST(StatusTable, NamesEveryStatusAsItsConstantDoes) {
-  for (const Row& row : kRows) {
-    EXPECT_EQ(statusNameForCode(row.code), row.name) << row.code;
-    EXPECT_EQ(row.constant, row.name);
-  }
+  test::expectNamesOfConstants(kRows, statusNameForCode);
 }
 
 TEST(StatusTable, HandsOutTheWholeTableInAscendingOrder) {
-  const auto table = statusTable();
-  ASSERT_EQ(table.size(), std::size(kRows));
-  for (std::size_t i = 0; i < table.size(); ++i) {
-    EXPECT_EQ(table[i].code, kRows[i].code);
-    EXPECT_EQ(table[i].name, kRows[i].name);
-  }
+  test::expectTable(kRows, statusTable());
 }
 
 TEST(StatusTable, HandsOutOneDictionaryOfTheSameRows) {
-  const auto& names = ippStatusToNameSpec();
-  EXPECT_EQ(&names, &ippStatusToNameSpec());
-  EXPECT_EQ(names.size(), std::size(kRows));
-  for (const Row& row : kRows) {
-    const auto found = names.find(row.code);
-    ASSERT_NE(found, names.end()) << row.code;
-    EXPECT_EQ(found->second, row.name);
-  }
+  EXPECT_EQ(&ippStatusToNameSpec(), &ippStatusToNameSpec());
+  test::expectDictionary(kRows, ippStatusToNameSpec());
 }
 
 TEST(StatusTable, HasNamesForNoOther16BitNumber) {
-  std::size_t named = 0;
-  for (std::int32_t code = -0x8000; code <= 0xFFFF; ++code) {
-    if (statusNameForCode(code)) ++named;
-  }
-  EXPECT_EQ(named, std::size(kRows));
+  test::expectNamesForNoOther(kRows, statusNameForCode);
 }
 
 TEST(StatusTable, LeavesOutCodesThatItHasNoNameFor) {

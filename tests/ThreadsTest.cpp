@@ -2,58 +2,79 @@
 //
 // The library has no threads of its own, and needs libuv's for names only.
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <set>
+#include <optional>
 #include <string>
 
+#include "tests/support/FakeNames.h"
 #include "tests/support/RequestRecorder.h"
+#include "tests/support/ThreadCount.h"
 
 namespace platen {
 namespace {
 
-using testing::IsSubsetOf;
 using tests::answering;
 using tests::drive;
 using tests::makeAnswer;
 using tests::makeRequest;
 using tests::RequestRecorder;
 using tests::ScriptedPeer;
+using tests::startedThreadCount;
 
-std::set<std::string> threadsNow() {
-  std::set<std::string> threads;
-  for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
-    threads.insert(thread.path().filename());
-  }
-  return threads;
+URL named(const std::string& host, const ScriptedPeer& peer) {
+  return *URL::parse("ipp://" + host + ":" + std::to_string(peer.port()));
 }
 
-class Threads : public testing::TestWithParam<const char*> {
+class StartedThreads : public testing::Test {
  protected:
-  // Has one thread, which may end as soon as it has answered: only further ones are counted.
+  void SetUp() override {
+    if (!startedThreadCount()) {
+      GTEST_SKIP() << "a sanitizer sees to the threads";
+    }
+  }
+  /// How many were started since the peer had its own.
+  [[nodiscard]] std::size_t startedSince() const {
+    return startedThreadCount().value() - before_.value();
+  }
+
   ScriptedPeer peer{{answering(200, makeAnswer())}};
-  URL target = *URL::parse("ipp://" + std::string(GetParam()) + ":" + std::to_string(peer.port()));
+
+ private:
+  const std::optional<std::size_t> before_ = startedThreadCount();
 };
+
+class Threads : public StartedThreads, public testing::WithParamInterface<const char*> {};
+
+TEST_F(StartedThreads, AreCountedThoughTheyEndAtOnce) {
+  tests::onOwnThread([] {});
+  EXPECT_EQ(startedSince(), 1U);
+  const ScriptedPeer other({answering(200, makeAnswer())});
+  EXPECT_EQ(startedSince(), 2U);
+}
+
+TEST_F(StartedThreads, ServeToLookUpANameOnce) {
+  tests::FakeNames names;
+  names.set("printer.test", {"127.0.0.1"});
+  ASSERT_NE(makeRequest()->performOn(named("printer.test", peer)), nullptr);
+  const auto first = startedSince();  // none where an earlier test of this process had them started
+  const ScriptedPeer other({answering(200, makeAnswer())});
+  ASSERT_NE(makeRequest()->performOn(named("printer.test", other)), nullptr);
+  EXPECT_EQ(startedSince(), first + 1) << "that of the peer";
+}
 
 TEST_P(Threads, AreNotStartedForAScheduledExchange) {
   const auto recorder = std::make_shared<RequestRecorder>();
   const auto request = makeRequest(recorder);
-  const auto before = threadsNow();
-  std::set<std::string> seen;
-  recorder->onCall = [&seen](char, IPPRequest&) { seen.merge(threadsNow()); };
-  request->sendTo(target);
+  request->sendTo(named(GetParam(), peer));
   ASSERT_TRUE(drive(*recorder));
   EXPECT_EQ(recorder->calls, "WDORF") << recorder->text();
-  EXPECT_THAT(seen, IsSubsetOf(before));
-  EXPECT_FALSE(seen.empty());
+  EXPECT_EQ(startedSince(), 0U);
 }
 
 TEST_P(Threads, AreNotStartedForABlockingExchange) {
-  const auto before = threadsNow();
-  ASSERT_NE(makeRequest()->performOn(target), nullptr);
-  EXPECT_THAT(threadsNow(), IsSubsetOf(before));
+  ASSERT_NE(makeRequest()->performOn(named(GetParam(), peer)), nullptr);
+  EXPECT_EQ(startedSince(), 0U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Hosts, Threads, testing::Values("localhost", "127.0.0.1"),

@@ -13,6 +13,8 @@ using std::chrono::milliseconds;
 
 // By then no timer of an earlier exchange runs any more, which would help one that is stuck.
 constexpr milliseconds kQuiet(500);
+// An exchange that is stuck is not helped by its own time-out.
+constexpr milliseconds kBeforeATimeOut(5000);
 
 /// What a delegate does from within one of its operations, and what it is told then.
 struct Case {
@@ -221,79 +223,48 @@ TEST_F(Adapter, LetsADelegateBlock) {
 }
 
 TEST_F(Adapter, LetsADelegateTurnTheRunLoopItself) {
-  ScriptedPeer peer(2, answeringAll());
-  const auto inner = std::make_shared<RequestRecorder>();
-  const auto innerRequest = makeRequest(inner);
-  const auto outer = std::make_shared<RequestRecorder>();
-  outer->onCall = [&](char call, IPPRequest&) {
-    if (call == 'O') {
-      innerRequest->sendTo(targetOf(peer));
-      EXPECT_TRUE(drive(*inner));
-    }
-  };
-  EXPECT_EQ(perform(peer, outer), "WDORF:0");
-  EXPECT_EQ(inner->calls, "WDORF");
+  performWithAnotherInside([](const InnerExchange& inner) {
+    inner.start();
+    EXPECT_TRUE(drive(*inner.recorder));
+  });
 }
 
 TEST_F(Adapter, LetsADelegateRunTheHost) {
   if (!host->mayNest()) {
     GTEST_SKIP() << "this host does not allow it";
   }
-  ScriptedPeer peer(2, answeringAll());
-  const auto inner = std::make_shared<RequestRecorder>();
-  const auto innerRequest = makeRequest(inner);
-  const auto outer = std::make_shared<RequestRecorder>();
-  outer->onCall = [&](char call, IPPRequest&) {
-    if (call == 'O') {
-      host->runFor(kQuiet);
-      innerRequest->sendTo(targetOf(peer));
-      EXPECT_TRUE(host->runUntil([&] { return inner->hasEnded(); }, kQuiet));
-    }
-  };
-  EXPECT_EQ(perform(peer, outer), "WDORF:0");
-  EXPECT_EQ(inner->calls, "WDORF");
+  performWithAnotherInside([this](const InnerExchange& inner) {
+    host->runFor(kQuiet);
+    inner.start();
+    EXPECT_TRUE(host->runUntil([&] { return inner.recorder->hasEnded(); }, kBeforeATimeOut));
+  });
 }
 
 TEST_F(Adapter, StartsWhatATimerSchedulesWhileADelegateRunsTheHost) {
   if (!host->mayNest()) {
     GTEST_SKIP() << "this host does not allow it";
   }
-  ScriptedPeer peer(2, answeringAll());
-  const auto inner = std::make_shared<RequestRecorder>();
-  const auto innerRequest = makeRequest(inner);
-  const auto outer = std::make_shared<RequestRecorder>();
-  outer->onCall = [&](char call, IPPRequest&) {
-    if (call == 'O') {
-      host->callLater(kQuiet, [&] { innerRequest->sendTo(targetOf(peer)); });
-      EXPECT_TRUE(host->runUntil([&] { return inner->hasEnded(); }, 2 * kQuiet));
-    }
-  };
-  EXPECT_EQ(perform(peer, outer), "WDORF:0");
-  EXPECT_EQ(inner->calls, "WDORF");
+  performWithAnotherInside([this](const InnerExchange& inner) {
+    host->callLater(kQuiet, [&inner] { inner.start(); });
+    EXPECT_TRUE(
+        host->runUntil([&] { return inner.recorder->hasEnded(); }, kQuiet + kBeforeATimeOut));
+  });
 }
 
 TEST_F(Adapter, MayBeDroppedWhileADelegateRunsTheHost) {
   if (!host->mayNest()) {
     GTEST_SKIP() << "this host does not allow it";
   }
-  ScriptedPeer peer(2, answeringAll());
-  const auto inner = std::make_shared<RequestRecorder>();
-  inner->onCall = [&](char call, IPPRequest&) {
-    if (call == 'O') {
-      host->dropAdapter();
-    }
-  };
-  const auto innerRequest = makeRequest(inner);
-  const auto outer = std::make_shared<RequestRecorder>();
-  outer->onCall = [&](char call, IPPRequest&) {
-    if (call == 'O') {
-      innerRequest->sendTo(targetOf(peer));
-      EXPECT_TRUE(finish(*inner));
-      host->runFor(milliseconds(20));
-    }
-  };
-  EXPECT_EQ(perform(peer, outer), "WDORF:0");
-  EXPECT_EQ(inner->calls, "WDORF");
+  performWithAnotherInside([this](const InnerExchange& inner) {
+    inner.recorder->onCall = [this](char call, IPPRequest&) {
+      if (call == 'O') {
+        host->dropAdapter();
+      }
+    };
+    inner.start();
+    EXPECT_TRUE(finish(*inner.recorder));
+    host->runFor(milliseconds(20));
+  });
 }
 
 }  // namespace

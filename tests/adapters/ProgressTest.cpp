@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include <fcntl.h>
-#include <unistd.h>
 
-#include <array>
+#include <atomic>
 #include <condition_variable>
 #include <ctime>
+#include <functional>
 #include <mutex>
+#include <string>
 #include <thread>
 #include <vector>
 
 #include "tests/adapters/Contract.h"
+#include "tests/support/FakeNames.h"
+#include "tests/support/Pipe.h"
 
 namespace platen::tests {
 namespace {
@@ -41,8 +44,8 @@ TEST_F(Adapter, CarriesAnExchangeToItsEndWithoutDelay) {
   }});
   const auto begin = Clock::now();
   EXPECT_EQ(perform(peer), "WDORF:0");
-  EXPECT_GE(since(begin), milliseconds(100));
-  EXPECT_LT(since(begin), milliseconds(600));
+  EXPECT_GE(since(begin), milliseconds(90));
+  EXPECT_LT(since(begin), milliseconds(3000));
 }
 
 TEST_F(Adapter, LetsNothingHappenBeforeTheLoopRuns) {
@@ -88,11 +91,15 @@ TEST_F(Adapter, TellsNothingAfterACancelFromATimer) {
   const auto request = makeRequest(recorder);
   request->sendTo(targetOf(peer));
   bool isCancelled = false;
-  host->callLater(milliseconds(50), [&] {
-    EXPECT_EQ(peer.requests().size(), 1U);
+  const std::function<void()> cancelOnceAsked = [&] {
+    if (peer.requests().empty()) {
+      host->callLater(milliseconds(50), cancelOnceAsked);
+      return;
+    }
     request->cancel();
     isCancelled = true;
-  });
+  };
+  host->callLater(milliseconds(50), cancelOnceAsked);
   EXPECT_TRUE(host->runUntil([&] { return isCancelled; }));
   host->runFor(milliseconds(100));
   EXPECT_EQ(recorder->calls, "WD");
@@ -120,8 +127,8 @@ TEST_F(Adapter, LetsTheTimeOutFire) {
   EXPECT_TRUE(finish(*recorder));
   EXPECT_EQ(recorder->code(), kTimeout);
   EXPECT_EQ(recorder->calls, "WDO");
-  EXPECT_GE(since(begin), milliseconds(200));
-  EXPECT_LT(since(begin), milliseconds(2000));
+  EXPECT_GE(since(begin), milliseconds(190));
+  EXPECT_LT(since(begin), milliseconds(5000));
 }
 
 TEST_F(Adapter, TellsOfARefusedConnection) {
@@ -132,13 +139,37 @@ TEST_F(Adapter, TellsOfARefusedConnection) {
   EXPECT_EQ(recorder->code(), kServiceUnavailable);
 }
 
-TEST_F(Adapter, ResolvesNames) {
+URL named(const std::string& host, const ScriptedPeer& peer) {
+  return *URL::parse("ipp://" + host + ":" + std::to_string(peer.port()) + "/");
+}
+
+TEST_F(Adapter, TakesLocalhostAsItIs) {
   ScriptedPeer peer({answeringAll()});
   const auto recorder = std::make_shared<RequestRecorder>();
   const auto request = makeRequest(recorder);
-  request->sendTo(*URL::parse("ipp://localhost:" + std::to_string(peer.port()) + "/"));
+  request->sendTo(named("localhost", peer));
   EXPECT_TRUE(finish(*recorder));
   EXPECT_EQ(recorder->calls, "WDORF");
+}
+
+TEST_F(Adapter, GoesOnAsSoonAsAThreadHasFoundTheName) {
+  FakeNames names;
+  names.set("printer.test", {"127.0.0.1"});
+  names.block("printer.test");
+  ScriptedPeer peer({answeringAll()});
+  const auto recorder = std::make_shared<RequestRecorder>();
+  const auto request = makeRequest(recorder);
+  const auto begin = Clock::now();
+  request->sendTo(named("printer.test", peer));
+  std::thread server([&names] {
+    names.waitUntilBlocked();
+    std::this_thread::sleep_for(milliseconds(100));  // by then the host waits
+    names.release("printer.test");
+  });
+  EXPECT_TRUE(finish(*recorder));
+  server.join();
+  EXPECT_EQ(recorder->calls, "WDORF") << recorder->text();
+  EXPECT_LT(since(begin), milliseconds(5000)) << "before the time-out would have looked";
 }
 
 TEST_F(Adapter, CarriesTwoExchangesAtOnce) {
@@ -178,7 +209,7 @@ TEST_F(Adapter, StartsWhatATimerOfTheHostSchedules) {
     EXPECT_TRUE(host->runUntil([&] { return recorder->calls.size() == 5 * count; }));
   }
   EXPECT_EQ(recorder->calls, "WDORFWDORFWDORF");
-  EXPECT_LT(since(begin), milliseconds(3000));
+  EXPECT_LT(since(begin), milliseconds(5000));
 }
 
 TEST_F(Adapter, SendsALongDocument) {
@@ -193,19 +224,19 @@ TEST_F(Adapter, SendsALongDocument) {
 }
 
 TEST_F(Adapter, WaitsForADocumentThatIsNotThereYet) {
-  std::array<int, 2> ends{};
-  ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK), 0);
-  ScriptedPeer peer({answeringAll()});
-  const auto recorder = std::make_shared<RequestRecorder>();
-  recorder->document = InputStream::withFileDescriptor(ends[0]);
-  for (int piece = 0; piece < 3; ++piece) {
-    host->callLater(milliseconds(100 * piece), [&] { EXPECT_EQ(write(ends[1], "page ", 5), 5); });
+  for (const auto through : {Through::pipe, Through::socket}) {
+    Source source(through);
+    ScriptedPeer peer({answeringAll()});
+    const auto recorder = std::make_shared<RequestRecorder>();
+    recorder->document = source.stream();
+    for (int piece = 0; piece < 3; ++piece) {
+      host->callLater(milliseconds(100 * piece), [&] { source.write("page "); });
+    }
+    host->callLater(milliseconds(300), [&] { source.finish(); });
+    EXPECT_EQ(perform(peer, recorder), "WDORF:0");
+    ASSERT_EQ(peer.requests().size(), 1U);
+    EXPECT_TRUE(peer.requests().front().ends_with("page page page "));
   }
-  host->callLater(milliseconds(300), [&] { close(ends[1]); });
-  EXPECT_EQ(perform(peer, recorder), "WDORF:0");
-  close(ends[0]);
-  ASSERT_EQ(peer.requests().size(), 1U);
-  EXPECT_TRUE(peer.requests().front().ends_with("page page page "));
 }
 
 TEST_F(Adapter, UsesNoProcessorTimeWhenIdle) {
@@ -231,6 +262,31 @@ TEST_F(Adapter, UsesNoProcessorTimeWhileItWaitsForAnAnswer) {
   EXPECT_LE(host->turnCount() - turnsBefore, 20);
   EXPECT_LT(processorTime() - before, milliseconds(50));
   EXPECT_EQ(recorder->calls, "WD");
+}
+
+TEST_F(Adapter, UsesNoProcessorTimeWhileADocumentIsDry) {
+  Pipe pipe;
+  std::atomic<bool> hasHead = false;
+  ScriptedPeer peer({[&hasHead](PeerConnection& connection) {
+    connection.readHead();
+    hasHead = true;
+    connection.readToEnd();
+  }});
+  const auto recorder = std::make_shared<RequestRecorder>();
+  recorder->document = pipe.stream();
+  const auto request = makeRequest(recorder);
+  request->sendTo(targetOf(peer));
+  while (!hasHead) {
+    host->runFor(milliseconds(10));
+  }
+  host->runFor(milliseconds(50));
+  const auto before = processorTime();
+  const int turnsBefore = host->turnCount();
+  host->runFor(milliseconds(500));
+  EXPECT_LE(host->turnCount() - turnsBefore, 20);
+  EXPECT_LT(processorTime() - before, milliseconds(50));
+  EXPECT_EQ(recorder->calls, "WD");
+  request->cancel();
 }
 
 TEST_F(Adapter, LeavesTheLoopAndItsDescriptorToTheNext) {

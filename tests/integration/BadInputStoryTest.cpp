@@ -16,29 +16,50 @@ using test::kJobCompleted;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+constexpr std::int32_t kPrintJob = 0x0002;
 constexpr std::int32_t kSetJobAttributes = 0x0014;
 constexpr std::int32_t kGetNotifications = 0x001C;
 
-class BadInputStory : public test::PrintStory {};
-
-TEST_F(BadInputStory, AQueueThatDoesNotExistIsNotFoundByAnyOperation) {
-  const URL missing = queue("missing");
-  for (const auto& request :
-       {IPPRequest::printerAttributesRequest(missing), IPPRequest::printerJobsRequest(missing),
-        IPPRequest::printerPauseRequest(missing), IPPRequest::printerResumeRequest(missing),
-        IPPRequest::printerPurgeJobsRequest(missing), IPPRequest::printerSetDefaultRequest(missing),
-        IPPRequest::printerRemoveQueueRequest(missing), IPPRequest::validateJobRequest(missing),
-        IPPRequest::jobCreateRequest(missing),
-        IPPRequest::printerAvailableSubscriptionsRequest(missing),
-        IPPRequest::subscriptionAttributesRequest(1, missing)}) {
-    const auto refusal =
-        cups().answers(request, kIPPStatusClientErrorNotFound, "no such queue").response;
+class BadInputStory : public test::PrintStory {
+ protected:
+  static void expectNotFound(const IPPRequest::Pointer& request, const std::string& why,
+                             const std::string& message) {
+    const auto with = request->ippOperationId() == kPrintJob
+                          ? AskedServer::document(test::smallPDF())
+                          : AskedServer::With{};
+    const auto refusal = cups().answers(request, kIPPStatusClientErrorNotFound, why, with).response;
     EXPECT_TRUE(refusal->clientError());
     EXPECT_FALSE(refusal->allowsRequestResubmission());
     EXPECT_FALSE(refusal->printerState().has_value());
     EXPECT_FALSE(refusal->printerAttributes().has_value());
     EXPECT_FALSE(refusal->isAcceptingJobs());
-    EXPECT_TRUE(refusal->statusMessage().has_value());
+    EXPECT_EQ(refusal->statusMessage(), message) << request->ippOperationCodename();
+  }
+};
+
+TEST_F(BadInputStory, AQueueThatDoesNotExistIsNotFoundByAnyOperation) {
+  const URL missing = queue("missing");
+  const auto subscribing =
+      IPPRequest::printerCreateSubscriptionRequest(missing, Names{"job-created"});
+  subscribing->setIPPGetDeliverySchema();
+  for (const auto& request :
+       {IPPRequest::printerAttributesRequest(missing), IPPRequest::printerJobsRequest(missing),
+        IPPRequest::printerPauseRequest(missing), IPPRequest::printerResumeRequest(missing),
+        IPPRequest::printerPurgeJobsRequest(missing), IPPRequest::printerSetDefaultRequest(missing),
+        IPPRequest::printerRemoveQueueRequest(missing), IPPRequest::validateJobRequest(missing),
+        IPPRequest::jobCreateRequest(missing), IPPRequest::jobPrintRequest(missing), subscribing,
+        IPPRequest::printerAvailableSubscriptionsRequest(missing)}) {
+    expectNotFound(request, "no such queue", "The printer or class does not exist.");
+  }
+}
+
+TEST_F(BadInputStory, ASubscriptionThatDoesNotExistIsNotFoundWhateverTheQueue) {
+  const URL missing = queue("missing");
+  for (const auto& request : {IPPRequest::subscriptionAttributesRequest(1, missing),
+                              IPPRequest::subscriptionReNewRequest(1, missing),
+                              IPPRequest::subscriptionCancelRequest(1, missing),
+                              IPPRequest::subscriptionGetNotificationsRequest(1, missing)}) {
+    expectNotFound(request, "no such subscription", "Subscription #1 does not exist.");
   }
 }
 

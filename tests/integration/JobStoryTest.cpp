@@ -206,7 +206,6 @@ TEST_F(JobStory, AJobAtTheRootOfTheServerIsNotKnownButTheURIThatTheServerGaveIs)
   const auto held = heldOn(office);
   const std::string root = "localhost:" + std::to_string(servers().cupsPort());
   const URL job = IPPURI::namedServerJobURI(root, held->jobId()).value();
-  const auto finalDocument = AskedServer::document(test::smallPDF());
   for (const auto& request :
        {IPPRequest::jobAttributesRequest(job), IPPRequest::jobHoldRequest(job),
         IPPRequest::jobReleaseRequest(job), IPPRequest::jobRestartRequest(job),
@@ -216,6 +215,8 @@ TEST_F(JobStory, AJobAtTheRootOfTheServerIsNotKnownButTheURIThatTheServerGaveIs)
                                         "this server has its jobs below /jobs/");
     EXPECT_TRUE(refusal.response->clientError());
   }
+  cups().answers(IPPRequest::jobAvailableSubscriptionsRequest(job), kIPPStatusClientErrorNotFound,
+                 "this server has its jobs below /jobs/");
   EXPECT_EQ(lookAt(held->jobURI().value())->jobState(), kJobHeld) << "nothing has happened to it";
 }
 

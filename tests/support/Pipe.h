@@ -3,10 +3,12 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <array>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -14,13 +16,20 @@
 
 namespace platen::tests {
 
-/// A pipe, as a stream that somebody else is still filling.
-class Pipe {
+enum class Through { pipe, socket };
+
+/// A pipe or a pair of sockets, as a stream that somebody else is still filling.
+class Source {
  public:
-  Pipe() { EXPECT_EQ(pipe2(ends_.data(), O_CLOEXEC), 0); }
-  Pipe(const Pipe&) = delete;
-  Pipe& operator=(const Pipe&) = delete;
-  ~Pipe() {
+  explicit Source(Through through) {
+    EXPECT_EQ(through == Through::pipe
+                  ? pipe2(ends_.data(), O_CLOEXEC)
+                  : socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends_.data()),
+              0);
+  }
+  Source(const Source&) = delete;
+  Source& operator=(const Source&) = delete;
+  ~Source() {
     finish();
     close(ends_[0]);
   }
@@ -40,6 +49,19 @@ class Pipe {
 
  private:
   std::array<int, 2> ends_{-1, -1};
+};
+
+class Pipe : public Source {
+ public:
+  Pipe() : Source(Through::pipe) {}
+};
+
+/// A test that is run with both.
+class WithEachSource : public testing::WithParamInterface<Through> {
+ public:
+  static std::string nameOf(const testing::TestParamInfo<Through>& tested) {
+    return tested.param == Through::pipe ? "Pipe" : "Socket";
+  }
 };
 
 }  // namespace platen::tests

@@ -120,17 +120,19 @@ inline ScriptedPeer::Script answering(
   };
 }
 
-/// Turns the thread's loop until `isDone`, or for 20 seconds; returns whether it is.
-inline bool driveUntil(const std::function<bool()>& isDone) {
-  const auto deadline = RunLoop::Clock::now() + std::chrono::seconds(20);
+/// Turns the thread's loop until `isDone`, or for that long; returns whether it is.
+inline bool driveUntil(const std::function<bool()>& isDone,
+                       std::chrono::seconds limit = std::chrono::seconds(20)) {
+  const auto deadline = RunLoop::Clock::now() + limit;
   while (!isDone() && RunLoop::Clock::now() < deadline) {
     RunLoop::current()->runOnce(std::chrono::milliseconds(100));
   }
   return isDone();
 }
 
-inline bool drive(const RequestRecorder& recorder) {
-  return driveUntil([&recorder] { return recorder.hasEnded(); });
+inline bool drive(const RequestRecorder& recorder,
+                  std::chrono::seconds limit = std::chrono::seconds(20)) {
+  return driveUntil([&recorder] { return recorder.hasEnded(); }, limit);
 }
 
 /// Turns the thread's loop for a while in which something might still happen.
