@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platen/Data.h"
@@ -30,9 +31,11 @@ double nanosecondsOf(const std::function<void()>& run);
 void benchCodec(const std::vector<Capture>& captures);
 void benchLimits(const std::vector<Capture>& captures);
 
-/// Prints three tables: a large document from a pipe, many exchanges at once, one after the other.
-void benchExchange(const Capture& answer);
-/// The last of these tables, with a printer.
+/// Prints a table of exchanges that are answered with the capture: of "upload", a large document
+/// from a pipe; "at-once", many of them; "sequential", one after the other; "exchange", all three.
+/// False for any other name.
+bool benchExchange(std::string_view which, const Capture& answer);
+/// The table of those one after the other, with a printer.
 void benchPrinter(const std::string& uri);
 
 }  // namespace platen::bench

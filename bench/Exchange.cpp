@@ -10,6 +10,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "BareCurl.h"
@@ -172,12 +173,25 @@ void benchSequential(const URL& target, int count) {
 
 }  // namespace
 
-void benchExchange(const Capture& answer) {
+bool benchExchange(std::string_view which, const Capture& answer) {
+  const bool isAll = which == "exchange";
+  bool isKnown = isAll;
+  const auto runs = [&](std::string_view name) {
+    isKnown = isKnown || which == name;
+    return isAll || which == name;
+  };
   allowManyDescriptors();
-  benchUpload(answer.octets, kUploadOctets);
-  benchAtOnce(answer.octets);
-  const Peer peer(answer.octets);
-  benchSequential(*URL::parse(peer.url()), kSequential);
+  if (runs("upload")) {
+    benchUpload(answer.octets, kUploadOctets);
+  }
+  if (runs("at-once")) {
+    benchAtOnce(answer.octets);
+  }
+  if (runs("sequential")) {
+    const Peer peer(answer.octets);
+    benchSequential(*URL::parse(peer.url()), kSequential);
+  }
+  return isKnown;
 }
 
 void benchPrinter(const std::string& uri) {

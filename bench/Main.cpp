@@ -2,7 +2,8 @@
 
 // platen-bench codec FILE...   times the decoder and the encoder on captured messages
 // platen-bench limits FILE...  times what bounds them from below
-// platen-bench exchange FILE   times exchanges that are answered with the octets of FILE
+// platen-bench upload|at-once|sequential FILE, or exchange FILE for all three
+//                              times exchanges that are answered with the octets of FILE
 // platen-bench printer URI     times exchanges with a printer
 
 #include <cstdio>
@@ -50,10 +51,8 @@ bool runCommand(std::string_view command, char** first, char** last) {
     benchCodec(captures);
   } else if (command == "limits") {
     benchLimits(captures);
-  } else if (command == "exchange") {
-    benchExchange(captures.front());
   } else {
-    return false;
+    return benchExchange(command, captures.front());
   }
   return true;
 }
@@ -66,7 +65,8 @@ int main(int argc, char** argv) {
       return 0;
     }
     std::fputs(
-        "usage: platen-bench codec|limits|exchange FILE...\n"
+        "usage: platen-bench codec|limits FILE...\n"
+        "       platen-bench exchange|upload|at-once|sequential FILE\n"
         "       platen-bench printer URI\n",
         stderr);
     return kWrongArguments;

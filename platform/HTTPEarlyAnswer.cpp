@@ -108,7 +108,7 @@ HTTPEarlyLook lookForEarlyAnswer(int socket) {
     recv(socket, octets.data(), look.interimOctets, MSG_DONTWAIT);
   }
   if (isLast && isPart(look.answer)) {
-    look.answer = HTTPEarlyAnswer::malformed;
+    look.answer = HTTPEarlyAnswer::closed;
   }
   return look;
 }

@@ -13,8 +13,8 @@ enum class HTTPEarlyAnswer {
   refusalBeginning,  ///< a status of 400 or above, but not all of the head
   refusal,           ///< the whole head of a status of 400 or above
   other,             ///< another final status
-  malformed,         ///< no HTTP/1 answer, or a part of one with nothing to follow
-  closed,            ///< the end or the failure of the connection, and nothing before it
+  malformed,         ///< no HTTP/1 answer
+  closed,            ///< the end or the failure of the connection, with no whole head before it
 };
 
 struct HTTPEarlyLook {

@@ -85,7 +85,7 @@ TEST(HTTPEarlyAnswer, IsNoneWhenItEndsInTheMiddle) {
     ASSERT_EQ(write(ends[1], octets.data(), octets.size()), static_cast<ssize_t>(octets.size()));
     EXPECT_NE(lookForEarlyAnswer(ends[0]).answer, HTTPEarlyAnswer::malformed);
     close(ends[1]);
-    EXPECT_EQ(lookForEarlyAnswer(ends[0]).answer, HTTPEarlyAnswer::malformed);
+    EXPECT_EQ(lookForEarlyAnswer(ends[0]).answer, HTTPEarlyAnswer::closed);
     close(ends[0]);
   }
 }

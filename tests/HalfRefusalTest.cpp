@@ -89,8 +89,7 @@ TEST_P(HalfRefusal, OfADryDocumentFailsWhenThePrinterResets) {
   expectFailure();
 }
 
-// Is a time-out as yet: libcurl does not end a transfer whose document is dry.
-TEST_P(HalfRefusal, DISABLED_OfADryDocumentFailsWhenThePrinterCloses) {
+TEST_P(HalfRefusal, OfADryDocumentFailsWhenThePrinterCloses) {
   Pipe pipe;
   ScriptedPeer peer({refusingHalf(&PeerConnection::close)});
   send(pipe.stream(), peer);
