@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Characters.h"
 
+#include <algorithm>
+#include <array>
+
 namespace platen::tool {
 
 namespace {
@@ -52,7 +55,11 @@ Character firstCharacter(std::string_view text) {
   return isShortest(code, length) ? Character{code, length} : Character{kNoCharacter, 1};
 }
 
-bool isHarmful(char32_t code) { return contains(kHarmful, code); }
+bool isHarmful(char32_t code) {
+  return std::any_of(kHarmful.begin(), kHarmful.end(), [code](const Interval& interval) {
+    return code >= interval.first && code <= interval.last;
+  });
+}
 
 std::string escaped(char32_t code, std::string (*numbered)(char32_t code)) {
   switch (code) {

@@ -4,8 +4,6 @@
 /// @file
 /// Characters out of UTF-8 that nobody has checked.
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -36,12 +34,5 @@ struct Interval {
   char32_t first;
   char32_t last;
 };
-
-template <std::size_t count>
-bool contains(const std::array<Interval, count>& intervals, char32_t code) {
-  return std::any_of(intervals.begin(), intervals.end(), [code](const Interval& interval) {
-    return code >= interval.first && code <= interval.last;
-  });
-}
 
 }  // namespace platen::tool

@@ -36,15 +36,30 @@ class PlainFormatter : public CLI::Formatter {
   }
 };
 
-Failure badUsage(const std::string& reason) {
-  return {ExitStatus::usage, reason + " (see platen --help)"};
+Failure badUsage(const std::string& reason, const std::string& command) {
+  return {ExitStatus::usage, reason + " (see " + command + " --help)"};
 }
 
-// In one line, where the library has two, and in the words of the help.
+// In one line, where the library has two.
 std::string reasonOf(const CLI::ParseError& error) {
   std::string text = error.what();
   std::replace(text.begin(), text.end(), '\n', ' ');
-  return text == CLI::RequiredError::Subcommand(1).what() ? kNoCommand : text;
+  return text;
+}
+
+// `name` is how the app is called: "platen", "platen queue".
+void requireCommand(const CLI::App& app, const std::string& name) {
+  if (const auto extras = app.remaining(); !extras.empty()) {
+    const std::string of = app.get_parent() == nullptr ? "" : " of " + name;
+    throw badUsage("\"" + extras.front() + "\" is neither a command" + of + " nor an option", name);
+  }
+  const auto chosen = app.get_subcommands();
+  if (!chosen.empty()) {
+    return requireCommand(*chosen.front(), name + " " + chosen.front()->get_name());
+  }
+  if (!app.get_subcommands(nullptr).empty()) {  // there are some to choose from
+    throw badUsage(kNoCommand, name);
+  }
 }
 
 }  // namespace
@@ -52,7 +67,7 @@ std::string reasonOf(const CLI::ParseError& error) {
 void runCommandLine(int argc, const char* const* argv, std::ostream& out) {
   CLI::App app(kDescription, "platen");
   app.formatter(std::make_shared<PlainFormatter>());
-  app.require_subcommand(0, 1);  // that there is one is checked with a better message
+  app.require_subcommand(0, 1);  // that there is one is checked below, with a better message
   app.footer(exitStatusNotes() + kNotes);
   app.set_version_flag("--version", "platen " PLATEN_VERSION, "Print the version and exit");
   CommandSet commands(app);
@@ -67,14 +82,9 @@ void runCommandLine(int argc, const char* const* argv, std::ostream& out) {
     app.exit(asked, out, out);
     return;
   } catch (const CLI::ParseError& error) {
-    throw badUsage(reasonOf(error));
+    throw badUsage(reasonOf(error), app.get_name());
   }
-  if (const auto extras = app.remaining(); !extras.empty()) {
-    throw badUsage("\"" + extras.front() + "\" is neither a command nor an option");
-  }
-  if (!commands.chosen()) {
-    throw badUsage(kNoCommand);
-  }
+  requireCommand(app, app.get_name());
   commands.chosen()(out);
 }
 

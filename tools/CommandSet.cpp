@@ -32,13 +32,15 @@ CLI::App& CommandSet::add(const char* name, const char* description, Action acti
                           const std::string& notes, CLI::App* parent) {
   CLI::App& command = addTo(parent == nullptr ? app_ : *parent, name, description);
   command.callback([this, action = std::move(action)] { chosen_ = action; });
+  command.allow_extras(false);  // which it would have from its family
   command.footer(notes + (notes.empty() ? "" : "\n") + kEpilog);
   return command;
 }
 
 CLI::App& CommandSet::addFamily(const char* name, const char* description) {
   CLI::App& family = addTo(app_, name, description);
-  family.require_subcommand(1);
+  family.require_subcommand(0, 1);  // what is missing or too much is told by who reads the line
+  family.allow_extras();
   family.footer(kEpilog);
   return family;
 }

@@ -42,7 +42,8 @@ class CommandSet {
     bind(command, *options);
     return command;
   }
-  /// Adds a command that only has commands of its own.
+  /// Adds a command that only has commands of its own. That one of them is there, and nothing that
+  /// is none of them, is left to whoever reads the line.
   CLI::App& addFamily(const char* name, const char* description);
 
   /// What was chosen; nothing when no command was.

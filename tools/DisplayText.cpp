@@ -5,41 +5,13 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
-#include <iterator>
 
+#include "CharacterWidths.h"
 #include "Characters.h"
 
 namespace platen::tool {
 
 namespace {
-
-// Characters that stand on the one before them, and the joiners.
-constexpr std::array<Interval, 8> kCombining{{{0x300, 0x36F},
-                                              {0x483, 0x489},
-                                              {0x591, 0x5BD},
-                                              {0x1AB0, 0x1AFF},
-                                              {0x200C, 0x200D},
-                                              {0x20D0, 0x20FF},
-                                              {0xFE00, 0xFE0F},
-                                              {0xFE20, 0xFE2F}}};
-
-// Wide and full-width blocks (Unicode Standard Annex 11); coarse, which is enough for a column.
-constexpr std::array<Interval, 11> kWide{{{0x1100, 0x115F},
-                                          {0x2E80, 0x303E},
-                                          {0x3041, 0x33FF},
-                                          {0x3400, 0x4DBF},
-                                          {0x4E00, 0x9FFF},
-                                          {0xA000, 0xA4CF},
-                                          {0xAC00, 0xD7A3},
-                                          {0xF900, 0xFAFF},
-                                          {0xFE30, 0xFE6F},
-                                          {0xFF00, 0xFF60},
-                                          {0x1F300, 0x1FAFF}}};
-
-bool isWide(char32_t code) {
-  return contains(kWide, code) || (code >= 0x20000 && code <= 0x3FFFD) ||
-         (code >= 0xFFE0 && code <= 0xFFE6);
-}
 
 std::string formatted(const char* format, char32_t code) {
   std::array<char, 16> text{};
@@ -60,13 +32,6 @@ std::string withoutBlanksBehind(std::string_view text) {
   return std::string(text.substr(0, text.find_last_not_of(' ') + 1));
 }
 
-std::size_t widthOf(char32_t code) {
-  if (contains(kCombining, code)) {
-    return 0;
-  }
-  return isWide(code) ? 2 : 1;
-}
-
 }  // namespace
 
 std::string harmless(std::string_view text) {
@@ -83,7 +48,7 @@ std::size_t displayWidth(std::string_view text) {
   std::size_t width = 0;
   while (!text.empty()) {
     const Character character = firstCharacter(text);
-    width += widthOf(character.code);
+    width += columnsOf(character.code);
     text.remove_prefix(character.length);
   }
   return width;
@@ -93,7 +58,7 @@ std::string_view beginning(std::string_view text, std::size_t width) {
   std::size_t length = 0;
   while (length < text.size()) {
     const Character character = firstCharacter(text.substr(length));
-    const std::size_t own = widthOf(character.code);
+    const std::size_t own = columnsOf(character.code);
     if (own > width) {
       break;
     }

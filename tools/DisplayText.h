@@ -18,8 +18,8 @@ using Lines = std::vector<std::string>;
 /// direction, and octets that are no UTF-8 ("\xff").
 std::string harmless(std::string_view text);
 
-/// How many columns of a terminal `text` takes: 2 for each wide character of East Asia and each
-/// emoji, 0 for each combining mark, otherwise 1. `text` is valid UTF-8.
+/// How many columns of a terminal `text` takes, each of its characters as `columnsOf` has it; an
+/// octet that is no UTF-8 takes one.
 std::size_t displayWidth(std::string_view text);
 
 /// As much of `text` from its beginning as takes at most `width` columns.

@@ -16,8 +16,8 @@ namespace platen::tool {
 struct JobsOptions : ServerOptions {
   enum class Which { active, completed, all };
 
-  /// A name or a URI; "" for all queues of the server.
-  std::string queue;
+  /// A name or a URI; nothing for all queues of the server.
+  std::optional<std::string> queue;
   Which which = Which::active;
   /// Only those of the user.
   bool mine = false;

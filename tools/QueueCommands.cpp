@@ -11,12 +11,17 @@ namespace {
 constexpr const char* kFilterNotes = "Of several filters, a queue has to pass all.\n";
 
 constexpr const char* kUserNotes =
-    "USERS are names with commas between them; \"all\" opens the queue to everybody.\n";
+    "USERS are names with commas between them; \"all\" opens the queue to everybody. --allow and\n"
+    "--deny exclude each other.\n";
 
 constexpr const char* kAddNotes =
-    "The new queue takes jobs unless told otherwise; what else is not said is up to the server.\n";
+    "The new queue takes jobs unless told otherwise; what else is not said is up to the server.\n"
+    "A queue that exists already is refused and stays as it is: see platen queue modify.\n";
 
 constexpr const char* kModifyNotes = "What is not said stays as it is.\n";
+
+constexpr const char* kDevicesNotes =
+    "This may take long: a server may search the network for devices.\n";
 
 std::string notesWith(const char* notes) { return std::string(kQueueNotes) + kUserNotes + notes; }
 
@@ -38,7 +43,7 @@ void bindQueue(CLI::App& command, QueueOptions& options) {
   addServerOptions(command, options);
 }
 
-void bindDefault(CLI::App& command, QueueOptions& options) {
+void bindDefault(CLI::App& command, DefaultOptions& options) {
   command.add_option("QUEUE", options.queue,
                      "Name or URI of the new default queue (default: show the one there is)");
   addServerOptions(command, options);
@@ -91,7 +96,8 @@ void addQueueCommands(CommandSet& commands) {
                &family);
   commands.add("remove", "Remove a queue, with its jobs", &removeQueue, &bindQueue, kQueueNotes,
                &family);
-  commands.add("devices", "List the devices that a print server finds", &listDevices, &bindServer);
+  commands.add("devices", "List the devices that a print server finds", &listDevices, &bindServer,
+               kDevicesNotes);
 }
 
 }  // namespace platen::tool

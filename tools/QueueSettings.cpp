@@ -64,6 +64,11 @@ void setTexts(IPPRequest& request, const QueueSettingsOptions& options) {
   }
 }
 
+bool hasSettings(const QueueSettingsOptions& options) {
+  return options.device || options.info || options.location || options.shared ||
+         options.accepting || !options.allowed.empty() || !options.denied.empty();
+}
+
 IPPRequest::Pointer settingsRequest(const QueueSettingsOptions& options, const URL& queue) {
   auto request = IPPRequest::printerAddModifyQueueRequest(queue);
   if (options.device) {
@@ -100,6 +105,9 @@ void addQueue(const QueueSettingsOptions& options, std::ostream& out) {
 void modifyQueue(const QueueSettingsOptions& options, std::ostream& out) {
   const URL queue = queueURI(options.queue, options);
   const auto request = settingsRequest(options, queue);
+  if (!hasSettings(options)) {
+    throw Failure(ExitStatus::usage, "nothing to change: see platen queue modify --help");
+  }
   Session session(options);
   if (!exists(session, queue)) {  // or it would be added
     throw Failure(ExitStatus::failed, queueTitle(queue) + " does not exist: see queue add");

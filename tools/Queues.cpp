@@ -30,6 +30,9 @@ constexpr std::uint32_t kDefault = 0x20000;
 constexpr std::uint32_t kAuthenticated = 0x400000;
 constexpr std::uint32_t kRemote = 0x10002;
 
+// The operation-id of CUPS-Get-Default.
+constexpr std::int32_t kGetDefault = 0x4001;
+
 // What a queue is shown by; the server would tell ten times as much.
 const Names kAttributes{"printer-name",
                         "printer-uri-supported",
@@ -84,11 +87,14 @@ IPPMessage::Groups wantedQueues(const QueuesOptions& options, const IPPResponse&
   return queues;
 }
 
-std::uint32_t typeOf(const Facts& queue) {
-  return static_cast<std::uint32_t>(queue.number("printer-type").value_or(0));
+std::optional<std::uint32_t> typeOf(const Facts& queue) {
+  const auto number = queue.number("printer-type");
+  return number ? std::optional(static_cast<std::uint32_t>(*number)) : std::nullopt;
 }
 
-bool hasBit(const Facts& queue, std::uint32_t bit) { return (typeOf(queue) & bit) != 0; }
+bool hasBit(const Facts& queue, std::uint32_t bit) {
+  return (typeOf(queue).value_or(0) & bit) != 0;
+}
 
 Json jsonOf(const Facts& queue) {
   return Json::object({{"name", queue.text("printer-name")},
@@ -132,17 +138,21 @@ const ListForm kList{"queues",
                      &rowOf};
 
 std::optional<std::string> defaultName(Session& session, const ServerOptions& options) {
-  const auto answer =
-      session.askForAny(IPPRequest::serverDefaultPrintQueueRequest(), serverURI(options));
+  const URL server = serverURI(options);
+  // Not by the factory, whose target is the server of this machine.
+  auto request = IPPRequest::requestWithId(kGetDefault);
+  request->setPrinterURI(server);
+  request->addRequestingUserNameAttribute();
+  const auto answer = session.askForAny(request, server);
   const auto groups = answer == nullptr ? IPPMessage::Groups() : answer->printerGroups();
   return groups.empty() ? std::nullopt : Facts(*groups.front()).text("printer-name");
 }
 
 // Sends what `make` makes for a queue.
 template <class Make>
-void act(const QueueOptions& options, std::ostream& out, Make make, const std::string& before,
-         const std::string& after) {
-  const URL queue = queueURI(options.queue, options);
+void act(const std::string& word, const ServerOptions& options, std::ostream& out, Make make,
+         const std::string& before, const std::string& after) {
+  const URL queue = queueURI(word, options);
   Session session(options);
   carryOut(make(queue), queue, before + queueTitle(queue) + after, session, options, out);
 }
@@ -158,9 +168,10 @@ void listQueues(const QueuesOptions& options, std::ostream& out) {
            options, out);
 }
 
-void showOrSetDefault(const QueueOptions& options, std::ostream& out) {
-  if (!options.queue.empty()) {
-    return act(options, out, &IPPRequest::printerSetDefaultRequest, "", " is the default");
+void showOrSetDefault(const DefaultOptions& options, std::ostream& out) {
+  if (options.queue) {
+    return act(*options.queue, options, out, &IPPRequest::printerSetDefaultRequest, "",
+               " is the default");
   }
   Session session(options);
   const auto name = defaultName(session, options);
@@ -171,19 +182,19 @@ void showOrSetDefault(const QueueOptions& options, std::ostream& out) {
 }
 
 void removeQueue(const QueueOptions& options, std::ostream& out) {
-  act(options, out, &IPPRequest::printerRemoveQueueRequest, "", " removed");
+  act(options.queue, options, out, &IPPRequest::printerRemoveQueueRequest, "", " removed");
 }
 
 void pauseQueue(const QueueOptions& options, std::ostream& out) {
-  act(options, out, &IPPRequest::printerPauseRequest, "", " paused");
+  act(options.queue, options, out, &IPPRequest::printerPauseRequest, "", " paused");
 }
 
 void resumeQueue(const QueueOptions& options, std::ostream& out) {
-  act(options, out, &IPPRequest::printerResumeRequest, "", " resumed");
+  act(options.queue, options, out, &IPPRequest::printerResumeRequest, "", " resumed");
 }
 
 void purgeQueue(const QueueOptions& options, std::ostream& out) {
-  act(options, out, &IPPRequest::printerPurgeJobsRequest, "all jobs of ", " purged");
+  act(options.queue, options, out, &IPPRequest::printerPurgeJobsRequest, "all jobs of ", " purged");
 }
 
 }  // namespace platen::tool

@@ -31,6 +31,11 @@ struct QueueOptions : ServerOptions {
   std::string queue;
 };
 
+struct DefaultOptions : ServerOptions {
+  /// As above; nothing to show which one it is.
+  std::optional<std::string> queue;
+};
+
 /// What a queue is to be; what is not said stays, or is up to the server.
 struct QueueSettingsOptions : QueueOptions {
   std::optional<std::string> device;
@@ -47,7 +52,7 @@ void listQueues(const QueuesOptions& options, std::ostream& out);
 /// Lists the devices that a server finds.
 void listDevices(const ServerOptions& options, std::ostream& out);
 /// Shows the server's default queue, or makes a queue the default where one is given.
-void showOrSetDefault(const QueueOptions& options, std::ostream& out);
+void showOrSetDefault(const DefaultOptions& options, std::ostream& out);
 /// Adds a queue, which takes jobs and prints them unless the options say otherwise. One that is
 /// there is refused.
 void addQueue(const QueueSettingsOptions& options, std::ostream& out);

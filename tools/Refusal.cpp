@@ -5,54 +5,13 @@
 #include <array>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "MessageView.h"
-#include "ValueText.h"
+#include "AnswerStatus.h"
 #include "platen/IPPConstants.h"
-#include "platen/IPPNullValue.h"
 
 namespace platen::tool {
 
 namespace {
-
-void append(std::string& line, std::string_view what, const std::vector<std::string>& names) {
-  std::string_view separator = "; ";
-  for (const std::string& name : names) {
-    line.append(separator).append(separator == "; " ? what : "").append(name);
-    separator = ", ";
-  }
-}
-
-// The attributes that came back as unsupported with the very value that was refused.
-std::vector<std::string> refusedValues(const IPPResponse& answer) {
-  std::vector<std::string> refused;
-  for (const auto& group : answer.ippGroupsWithName(kIPPUnsupportedAttributesGroupName)) {
-    for (const auto& attribute : group->attributes()) {
-      const auto& value = attribute->ippValue();
-      const std::string name(attribute->name().value_or("(no name)"));
-      if (value != nullptr && value->syntaxName() != kIPPUnknownSyntaxName &&
-          dynamic_cast<const IPPNullValue*>(value.get()) == nullptr) {
-        refused.push_back(name + " " + valueText(*value, name));
-      }
-    }
-  }
-  return refused;
-}
-
-std::string refusal(const IPPResponse& answer, const Error& error) {
-  std::string line = statusText(answer.statusCode());
-  if (const auto message = answer.statusMessage(); message && !message->empty()) {
-    line += " (" + *message + ")";
-  }
-  append(line, "unsupported: ", error.names(IPPErrorUnsupportedAttributeNames));
-  append(line, "unknown: ", error.names(IPPErrorUnknownAttributeValues));
-  append(line, "without value: ", error.names(IPPErrorNoValueAttributes));
-  append(line, "not settable: ", error.names(IPPErrorNotSettableAttributes));
-  append(line, "left to the administrator: ", error.names(IPPErrorAdminDefineAttributes));
-  append(line, "refused: ", refusedValues(answer));
-  return line;
-}
 
 // What happened and why, and why that: "could not connect: Connection refused".
 std::string transportFailure(const Error& error) {
@@ -95,7 +54,7 @@ Failure failureOf(const IPPRequest& request, const URL& target,
   const std::string uri(target.absoluteString());
   const std::string refused = operation + " refused by " + uri + ": ";
   if (answer != nullptr) {
-    return {ExitStatus::failed, refused + refusal(*answer, error), answer->statusCode()};
+    return {ExitStatus::failed, refused + answerStatus(*answer), answer->statusCode()};
   }
   const auto cause = error.underlyingError();
   if (cause == nullptr) {  // an answer came, and was not understood

@@ -13,7 +13,8 @@
 namespace platen::tool {
 
 /// Has the target carry out a request that gives nothing back, and tells that it did: `done` for
-/// people, `{"operation":…,"target":…,"status":…}` for scripts. Raises what `Session::ask` does.
+/// people, with the reservations of the server, `{"operation":…,"target":…,"status":…,
+/// "unsupported":[…]}` for scripts. Raises what `Session::ask` does.
 void carryOut(const IPPRequest::Pointer& request, const URL& target, const std::string& done,
               Session& session, const ServerOptions& options, std::ostream& out);
 

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -86,8 +85,8 @@ URL queueURI(const std::string& word, const ServerOptions& options) {
   return uriOf(word, kQueue, options);
 }
 
-URL queueOrServerURI(const std::string& word, const ServerOptions& options) {
-  return word.empty() ? serverURI(options) : queueURI(word, options);
+URL queueOrServerURI(const std::optional<std::string>& word, const ServerOptions& options) {
+  return word ? queueURI(*word, options) : serverURI(options);
 }
 
 URL jobURI(const std::string& word, const ServerOptions& options) {

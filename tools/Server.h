@@ -4,6 +4,7 @@
 /// @file
 /// Print servers, their queues and jobs, as the command line names them.
 
+#include <optional>
 #include <string>
 
 #include "platen/IPPConstants.h"
@@ -27,7 +28,7 @@ URL serverURI(const ServerOptions& options);
 /// A queue by its URI, or by its name there, `ipp://HOST:PORT/printers/NAME`.
 URL queueURI(const std::string& word, const ServerOptions& options);
 /// The same, but the server itself when there is no word.
-URL queueOrServerURI(const std::string& word, const ServerOptions& options);
+URL queueOrServerURI(const std::optional<std::string>& word, const ServerOptions& options);
 /// A job by its URI, or by its number there, `ipp://HOST:PORT/jobs/NUMBER`.
 URL jobURI(const std::string& word, const ServerOptions& options);
 

@@ -12,13 +12,19 @@ namespace {
 constexpr const char* kEventNotes =
     "EVENTS, with commas between them: job-created, job-state-changed, job-completed,\n"
     "job-stopped, job-progress, job-config-changed, printer-state-changed, printer-stopped,\n"
-    "printer-config-changed, and what else the server knows.\n";
+    "printer-restarted, printer-shutdown, printer-config-changed, printer-media-changed,\n"
+    "printer-finishings-changed, printer-queue-order-changed, and what else the server knows.\n";
 
 constexpr const char* kWatchNotes =
     "By default job-created, job-state-changed, job-completed and printer-state-changed.\n"
-    "Ends at Ctrl-C, and cancels its subscription.\n";
+    "--interval is 0.1 at least; without it, the server is asked for events as often as it "
+    "wishes,\n"
+    "but once a second at most. Ends at Ctrl-C, and cancels its subscription.\n";
 
-void addQueue(CLI::App& command, std::string& queue) {
+constexpr const char* kSubscribeNotes =
+    "--job and --lease exclude each other: a subscription to a job lasts as long as the job.\n";
+
+void addQueue(CLI::App& command, std::optional<std::string>& queue) {
   command.add_option("QUEUE", queue, "Name or URI of a queue (default: the whole server)");
 }
 
@@ -34,7 +40,7 @@ void bindSubscriptions(CLI::App& command, SubscriptionsOptions& options) {
 
 void bindSubscribe(CLI::App& command, SubscribeOptions& options) {
   addQueue(command, options.queue);
-  addList(command, "--events", options.events, "EVENTS", "What to be told of; has to be there")
+  addList(command, "--events", options.events, "EVENTS", "What to be told of (required)")
       ->required();
   auto* const job =
       addNumber(command, "--job", options.job, 1, "NUMBER", "Only events of this job");
@@ -86,7 +92,7 @@ void addSubscriptionCommands(CommandSet& commands) {
   commands.add("subscriptions", "List subscriptions to events", &listSubscriptions,
                &bindSubscriptions, kQueueOrServerNotes);
   commands.add("subscribe", "Subscribe to events", &subscribe, &bindSubscribe,
-               std::string(kQueueOrServerNotes) + kEventNotes);
+               std::string(kQueueOrServerNotes) + kEventNotes + kSubscribeNotes);
   commands.add("renew", "Make a subscription last longer", &renewSubscription, &bindRenewal,
                kQueueOrServerNotes);
   commands.add("unsubscribe", "Cancel a subscription", &cancelSubscription, &bindSubscription,

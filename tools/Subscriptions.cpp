@@ -5,9 +5,12 @@
 #include <array>
 #include <ostream>
 
+#include "AnswerStatus.h"
+#include "DisplayText.h"
 #include "Facts.h"
 #include "Failure.h"
 #include "GroupList.h"
+#include "MessageView.h"
 #include "OptionText.h"
 #include "Report.h"
 #include "Session.h"
@@ -115,10 +118,20 @@ IPPRequest::Pointer subscriptionRequest(const SubscribeOptions& options, const U
   return request;
 }
 
+std::int32_t subscriptionIdIn(const IPPResponse& answer, const URL& target) {
+  const auto id = answer.subscriptionId();
+  if (!id) {
+    throw Failure(ExitStatus::failed,
+                  std::string(target.absoluteString()) +
+                      " gave the subscription no number: " + answerStatus(answer));
+  }
+  return *id;
+}
+
 void listSubscriptions(const SubscriptionsOptions& options, std::ostream& out) {
   const URL target = queueOrServerURI(options.queue, options);
   Session session(options);
-  showList(subscriptionsOf(session, target, !options.queue.empty()), kList, options, out);
+  showList(subscriptionsOf(session, target, options.queue.has_value()), kList, options, out);
 }
 
 void subscribe(const SubscribeOptions& options, std::ostream& out) {
@@ -126,16 +139,16 @@ void subscribe(const SubscribeOptions& options, std::ostream& out) {
   const auto request = subscriptionRequest(options, target);
   Session session(options);
   const auto answer = session.ask(request, target);
-  const auto id = answer->subscriptionId();
-  if (!id) {
-    throw Failure(ExitStatus::failed,
-                  std::string(target.absoluteString()) + " gave the subscription no number");
-  }
+  const auto id = subscriptionIdIn(*answer, target);
   const auto lease = answer->notifyLeaseDuration();
   if (options.json) {
-    return writeJson(out, Json::object({{"id", *id}, {"lease_seconds", lease}}));
+    return writeJson(out, Json::object({{"id", id},
+                                        {"lease_seconds", lease},
+                                        {"status", statusText(answer->statusCode())},
+                                        {"unsupported", unsupportedNames(*answer)}}));
   }
-  out << "subscription " << *id << (lease ? ", lease " + leaseText(lease) : "") << '\n';
+  out << "subscription " << id << (lease ? ", lease " + leaseText(lease) : "")
+      << harmless(reservations(*answer)) << '\n';
 }
 
 void renewSubscription(const SubscriptionOptions& options, std::ostream& out) {

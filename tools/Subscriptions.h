@@ -12,12 +12,14 @@
 
 #include "Server.h"
 #include "platen/IPPRequest.h"
+#include "platen/IPPResponse.h"
+#include "platen/URL.h"
 
 namespace platen::tool {
 
 struct SubscriptionsOptions : ServerOptions {
-  /// The name or the URI of a queue; "" for the server.
-  std::string queue;
+  /// The name or the URI of a queue; nothing for the server.
+  std::optional<std::string> queue;
 };
 
 struct SubscribeOptions : SubscriptionsOptions {
@@ -40,6 +42,10 @@ struct SubscriptionOptions : SubscriptionsOptions {
 /// The request for a subscription as the options want it. Raises a `Failure` of wrong usage when
 /// an event is none, or when the options do not go together.
 IPPRequest::Pointer subscriptionRequest(const SubscribeOptions& options, const URL& target);
+
+/// The number of the subscription that was made. Raises a `Failure` that tells what the answer says
+/// of it when there is none.
+std::int32_t subscriptionIdIn(const IPPResponse& answer, const URL& target);
 
 /// The subscription group of a renewal, "notify-lease-duration" (RFC 3995 §5.3.8).
 void setLease(IPPRequest& request, std::int32_t seconds);

@@ -9,6 +9,7 @@
 #include <ostream>
 #include <utility>
 
+#include "AnswerStatus.h"
 #include "Event.h"
 #include "Facts.h"
 #include "Failure.h"
@@ -76,10 +77,9 @@ class Watch {
   }
 
   void begin(const IPPResponse& answer) {
-    id_ = answer.subscriptionId();
-    if (!id_) {
-      throw Failure(ExitStatus::failed,
-                    std::string(target_.absoluteString()) + " gave the subscription no number");
+    id_ = subscriptionIdIn(answer, target_);
+    if (const std::string remark = reservations(answer); !remark.empty()) {
+      complain("subscription " + std::to_string(*id_) + remark);
     }
     lease_ = answer.notifyLeaseDuration() ? *answer.notifyLeaseDuration() : grantedLease();
     beginLease();

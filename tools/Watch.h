@@ -11,8 +11,8 @@
 namespace platen::tool {
 
 struct WatchOptions : ServerOptions {
-  /// The name or the URI of a queue; "" for the server.
-  std::string queue;
+  /// The name or the URI of a queue; nothing for the server.
+  std::optional<std::string> queue;
   std::vector<std::string> events;
   /// Seconds between two questions; nothing for what the server wants.
   std::optional<double> interval;

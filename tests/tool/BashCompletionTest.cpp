@@ -132,6 +132,9 @@ TEST(BashCompletion, OffersEvents) {
               ElementsAre("job-created,printer-stopped"));
   EXPECT_THAT(offered({"subscribe", "--events=job-created,printer-sto"}),
               ElementsAre("--events=job-created,printer-stopped"));
+  const Words all = eventsIn(helpOf({"subscribe"}));
+  EXPECT_EQ(all.size(), 14U) << "of RFC 3995, section 5.3.3.4";
+  EXPECT_EQ(offeredBehind({"subscribe", "--events"}, ""), all);
 }
 
 }  // namespace

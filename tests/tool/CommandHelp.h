@@ -57,6 +57,12 @@ inline std::vector<Arguments> allCommands(const Arguments& parent = {}) {
   return all;
 }
 
+/// The names of events in a text.
+inline Words eventsIn(const std::string& text) {
+  const std::regex event("\\b(?:job|printer)(?:-[a-z]+)+");
+  return {std::sregex_token_iterator(text.begin(), text.end(), event), {}};
+}
+
 inline std::string joined(const Arguments& words, const std::string& separator) {
   std::string text;
   for (const std::string& word : words) {

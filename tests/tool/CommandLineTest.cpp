@@ -107,6 +107,27 @@ TEST(CommandLine, NamesEveryCommandInItsHelp) {
   }
 }
 
+TEST(CommandLine, SaysInItsHelpWhatGoesTogetherAndWhatDoesNot) {
+  const struct {
+    Arguments command;
+    std::string text;
+  } cases[] = {{{"queue", "add"}, "A queue that exists already is refused"},
+               {{"queue", "add"}, "--allow and --deny exclude each other"},
+               {{"queue", "modify"}, "--allow and --deny exclude each other"},
+               {{"subscribe"}, "What to be told of (required)"},
+               {{"subscribe"}, "--job and --lease exclude each other"},
+               {{"watch"}, "printer-queue-order-changed"},
+               {{"watch"}, "--interval is 0.1 at least"},
+               {{"watch"}, "but once a second at most"},
+               {{"devices"}, "may take long"}};
+  for (const auto& [command, text] : cases) {
+    Arguments words = command;
+    words.emplace_back("--help");
+    const std::string help = std::regex_replace(runTool(words).out, std::regex("\\s+"), " ");
+    EXPECT_NE(help.find(text), std::string::npos) << text << " is not in " << help;
+  }
+}
+
 TEST(CommandLine, KeepsItsHelpWithin100Columns) {
   for (Arguments arguments : kCommands) {
     arguments.emplace_back("--help");

@@ -60,6 +60,20 @@ TEST(JobCommands, ListsJobsInColumns) {
   EXPECT_EQ(wordOf(server, 0, "my-jobs"), "");
 }
 
+// Two wide characters, a letter and the accent on it: 9 octets in 5 columns.
+TEST(JobCommands, AlignsByTheWidthOfCharacters) {
+  const std::string user = "\xE5\xB1\xB1\xE7\x94\xB0o\xCC\x81";
+  const FakePrinter server(
+      {response(0, job(7, kHeld, attribute(0x42, "job-originating-user-name", user)) +
+                       job(8, kHeld, attribute(0x42, "job-originating-user-name", "bob")))});
+  EXPECT_EQ(runAt(server, {"jobs"}).out,
+            "Job  Queue  User   Created  KB  State         Name\n"
+            "7    -      " +
+                user +
+                "  -        -   pending-held  -\n"
+                "8    -      bob    -        -   pending-held  -\n");
+}
+
 TEST(JobCommands, ListsJobsForScripts) {
   const FakePrinter server({twoJobs()});
   EXPECT_EQ(runAt(server, {"jobs", "--json"}).out,
@@ -210,7 +224,7 @@ TEST(JobCommands, TakesTheURIOfAJob) {
   const FakePrinter server({done()});
   EXPECT_EQ(runTool({"cancel", server.uri("/ipp/print/7"), "--json"}).out,
             "{\"operation\":\"Cancel-Job\",\"target\":\"" + server.uri("/ipp/print/7") +
-                "\",\"status\":\"successful-ok\"}\n");
+                "\",\"status\":\"successful-ok\",\"unsupported\":[]}\n");
   EXPECT_EQ(targetOf(server, 0), server.uri("/ipp/print/7"));
   const FakePrinter odd({done()});
   EXPECT_EQ(runTool({"cancel", odd.uri("/a/b")}).out, "the job " + odd.uri("/a/b") + " canceled\n");
@@ -247,6 +261,7 @@ TEST(JobCommands, RefusesWhatMakesNoSense) {
                {{"cancel", "99999999999"}, "is neither the number"},
                {{"cancel"}, "JOB is required"},
                {{"move", "7"}, "QUEUE is required"},
+               {{"jobs", ""}, "\"\" is neither the name of a queue"},
                {{"jobs", "--limit", "0"}, "\"0\" is not a whole number from 1 on"},
                {{"jobs", "--limit", "1.5"}, "\"1.5\" is not a whole number"},
                {{"jobs", "--all", "--completed"}, "excludes"}};

@@ -76,6 +76,37 @@ TEST(QueueCommands, ListsQueuesForScripts) {
       "\"denied_users\":[]}]\n");
 }
 
+// Thai and Chinese: 15 octets in 3 columns, 6 in 4.
+TEST(QueueCommands, AlignsByTheWidthOfCharacters) {
+  const std::string thai = "\xE0\xB8\x9E\xE0\xB8\xB4\xE0\xB8\xA1\xE0\xB8\x9E\xE0\xB9\x8C";
+  const std::string chinese = "\xE6\x89\x93\xE5\x8D\xB0";
+  const FakePrinter server(
+      {response(0, queue(thai, kIdle, "none", 4) + queue(chinese, kIdle, "none", 4) +
+                       queue("q", kIdle, "none", 4))});
+  const std::string rest = "  no       -          -       -     idle   -       -\n";
+  EXPECT_EQ(runAt(server, {"queues"}).out,
+            "Name  Default  Accepting  Shared  Jobs  State  Device  Info\n" + thai + " " + rest +
+                chinese + rest + "q   " + rest);
+}
+
+TEST(QueueCommands, TellsNullForATypeThatTheServerDoesNotTell) {
+  const FakePrinter server({response(0, "\x04" + attribute(0x42, "printer-name", "bare"))});
+  const std::string out = runAt(server, {"queues", "--json"}).out;
+  EXPECT_NE(out.find("\"name\":\"bare\""), std::string::npos) << out;
+  EXPECT_NE(out.find("\"type\":null,"), std::string::npos) << out;
+  EXPECT_NE(out.find("\"default\":false,\"class\":false,"), std::string::npos) << out;
+}
+
+TEST(QueueCommands, LeavesOutWhatHasNoName) {
+  const std::string nameless = "\x04" + attribute(0x23, "printer-state", int32(kIdle));
+  const FakePrinter server({response(0, nameless + queue("lab", kIdle, "none", 4) + nameless)});
+  EXPECT_EQ(runAt(server, {"queues"}).out,
+            "Name  Default  Accepting  Shared  Jobs  State  Device  Info\n"
+            "lab   no       -          -       -     idle   -       -\n");
+  const FakePrinter other({response(0, nameless)});
+  EXPECT_EQ(runAt(other, {"queues", "--json"}).out, "[]\n");
+}
+
 TEST(QueueCommands, FiltersQueues) {
   const struct {
     Arguments options;
@@ -157,6 +188,8 @@ TEST(QueueCommands, ShowsTheDefault) {
   const FakePrinter server({response(0, queue("lab", kIdle, "none", 4))});
   EXPECT_EQ(runAt(server, {"default"}).out, "lab\n");
   EXPECT_EQ(operationOf(server, 0), "CUPS-Get-Default");
+  EXPECT_EQ(targetOf(server, 0), server.uri("/"));
+  EXPECT_EQ(wordOf(server, 0, "requesting-user-name").substr(0, 10), "operation:");
 }
 
 TEST(QueueCommands, HasAQueueDoWhatItIsTold) {
@@ -183,11 +216,29 @@ TEST(QueueCommands, TellsScriptsWhatWasDone) {
   const FakePrinter server({response(1, "")});
   EXPECT_EQ(runAt(server, {"pause", server.uri(), "--json"}).out,
             "{\"operation\":\"Pause-Printer\",\"target\":\"" + server.uri() +
-                "\",\"status\":\"successful-ok-ignored-or-substituted-attributes\"}\n");
+                "\",\"status\":\"successful-ok-ignored-or-substituted-attributes\","
+                "\"unsupported\":[]}\n");
   const FakePrinter other({response(1, "")});
   EXPECT_EQ(
       runAt(other, {"pause", other.uri()}).out,
       "the queue " + other.uri() + " paused (successful-ok-ignored-or-substituted-attributes)\n");
+}
+
+TEST(QueueCommands, TellsWhatTheServerIgnored) {
+  const std::string answer =
+      header(1) + "\x01" + charsetAndLanguage() + attribute(0x41, "status-message", "so\nso") +
+      "\x05" + attribute(0x10, "odd", "") + attribute(0x44, "media", "a\x1B") + "\x03";
+  const FakePrinter server({answer});
+  const ToolRun run = runAt(server, {"pause", "lab"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out,
+            "queue lab paused (successful-ok-ignored-or-substituted-attributes (so\\nso); "
+            "unsupported: odd; refused: media a\\x1b)\n");
+  const FakePrinter other({answer});
+  EXPECT_EQ(runAt(other, {"pause", "lab", "--json"}).out,
+            "{\"operation\":\"Pause-Printer\",\"target\":\"" + other.uri("/printers/lab") +
+                "\",\"status\":\"successful-ok-ignored-or-substituted-attributes\","
+                "\"unsupported\":[\"odd\",\"media\"]}\n");
 }
 
 TEST(QueueCommands, TellsARefusalInOneLine) {
@@ -251,6 +302,13 @@ TEST(QueueCommands, ModifiesOnlyWhatIsSaid) {
   }
 }
 
+TEST(QueueCommands, TakesAnEmptyTextForASetting) {
+  const FakePrinter server({done(), done()});
+  EXPECT_EQ(runAt(server, {"queue", "modify", "lab", "--info", ""}).out, "queue lab modified\n");
+  ASSERT_NE(server.request(1)->attributeForKey("printer-info"), nullptr);
+  EXPECT_EQ(server.request(1)->attributeForKey("printer-location"), nullptr);
+}
+
 TEST(QueueCommands, RefusesWhatMakesNoSenseBeforeAnythingIsSent) {
   const struct {
     Arguments words;
@@ -263,7 +321,16 @@ TEST(QueueCommands, RefusesWhatMakesNoSenseBeforeAnythingIsSent) {
       {{"queues", "--server", "me@host"}, "is not a server"},
       {{"queues", "--server", ""}, "is not a server"},
       {{"queues", "--server", "host:99999"}, "is not a server"},
-      {{"queue"}, "a command is missing"},
+      {{"queue"}, "a command is missing (see platen queue --help)"},
+      {{"queue", "bogus"},
+       "\"bogus\" is neither a command of platen queue nor an option (see platen queue --help)"},
+      {{"queue", "delete", "lab"}, "\"delete\" is neither a command of platen queue nor an option"},
+      {{"queue", "--bogus"}, "\"--bogus\" is neither a command of platen queue nor an option"},
+      {{"queue", "--bogus", "remove", "q"}, "\"--bogus\" is neither a command of platen queue"},
+      {{"queue", "remove", "q", "more"}, "more"},
+      {{"queue", "remove", "q", "--bogus"}, "--bogus"},
+      {{"queue", "modify", "q"}, "nothing to change: see platen queue modify --help"},
+      {{"default", ""}, "\"\" is neither the name of a queue"},
       {{"queue", "add", "q"}, "DEVICE is required"},
       {{"queue", "add", "q", "no uri"}, "\"no uri\" is not the URI of a device"},
       {{"queue", "add", "q", "file:/x", "--shared", "--not-shared"}, "excludes"},

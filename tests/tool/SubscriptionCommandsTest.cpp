@@ -88,7 +88,7 @@ TEST(SubscriptionCommands, SubscribesToAJobAndToAServer) {
   const FakePrinter server({made()});
   EXPECT_EQ(
       runAt(server, {"subscribe", "lab", "--events", "job-completed", "--job", "7", "--json"}).out,
-      "{\"id\":5,\"lease_seconds\":null}\n");
+      "{\"id\":5,\"lease_seconds\":null,\"status\":\"successful-ok\",\"unsupported\":[]}\n");
   EXPECT_EQ(operationOf(server, 0), "Create-Job-Subscription");
   EXPECT_EQ(server.request(0)->attributeForKey("notify-job-id")->ippValue()->intValue(), 7);
   const FakePrinter other({made()});
@@ -105,7 +105,51 @@ TEST(SubscriptionCommands, SaysWhenASubscriptionHasNoNumber) {
   const FakePrinter server({done()});
   const ToolRun run = runAt(server, {"subscribe", "--events", "all"});
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err, "platen: " + server.uri("/") + " gave the subscription no number\n");
+  EXPECT_EQ(run.err,
+            "platen: " + server.uri("/") + " gave the subscription no number: successful-ok\n");
+}
+
+TEST(SubscriptionCommands, SaysWhyASubscriptionHasNoNumber) {
+  const std::string answer = header(3) + "\x01" + charsetAndLanguage() +
+                             attribute(0x41, "status-message", "too\nmany") + "\x06" +
+                             attribute(0x23, "notify-status-code", int32(0x040B)) + "\x03";
+  const std::string reason =
+      " gave the subscription no number: successful-ok-ignored-subscriptions (too\\nmany); "
+      "subscription: client-error-attributes-or-values-not-supported\n";
+  for (const char* command : {"subscribe", "watch"}) {
+    const FakePrinter server({answer});
+    const ToolRun run = runAt(server, {command, "--events", "all"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "platen: " + server.uri("/") + reason);
+    EXPECT_EQ(server.requestCount(), 1U) << "there is nothing to cancel";
+  }
+}
+
+std::string madeWithReservations() {
+  return response(1, "\x05" + attribute(0x10, "notify-lease-duration", "") + "\x06" +
+                         attribute(0x21, "notify-subscription-id", int32(5)) +
+                         attribute(0x23, "notify-status-code", int32(5)));
+}
+
+TEST(SubscriptionCommands, TellsASuccessWithReservations) {
+  const FakePrinter server({madeWithReservations()});
+  const ToolRun run = runAt(server, {"subscribe", "--events", "all"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out,
+            "subscription 5 (successful-ok-ignored-or-substituted-attributes; "
+            "unsupported: notify-lease-duration; subscription: successful-ok-too-many-events)\n");
+  const FakePrinter other({madeWithReservations()});
+  EXPECT_EQ(runAt(other, {"subscribe", "--events", "all", "--json"}).out,
+            "{\"id\":5,\"lease_seconds\":null,"
+            "\"status\":\"successful-ok-ignored-or-substituted-attributes\","
+            "\"unsupported\":[\"notify-lease-duration\"]}\n");
+  const FakePrinter watched({madeWithReservations(), done(), refusal(0x0406, "gone")});
+  EXPECT_EQ(runAt(watched, {"watch", "--interval", "0.1"}).err,
+            "platen: subscription 5 (successful-ok-ignored-or-substituted-attributes; "
+            "unsupported: notify-lease-duration; subscription: successful-ok-too-many-events)\n"
+            "platen: Get-Notifications refused by " +
+                watched.uri("/") + ": client-error-not-found (gone)\n");
 }
 
 TEST(SubscriptionCommands, RenewsAndCancels) {
@@ -117,7 +161,7 @@ TEST(SubscriptionCommands, RenewsAndCancels) {
   const FakePrinter other({done()});
   EXPECT_EQ(runAt(other, {"unsubscribe", "5", "lab", "--json"}).out,
             "{\"operation\":\"Cancel-Subscription\",\"target\":\"" + other.uri("/printers/lab") +
-                "\",\"status\":\"successful-ok\"}\n");
+                "\",\"status\":\"successful-ok\",\"unsupported\":[]}\n");
   EXPECT_EQ(other.request(0)->subscriptionId(), 5);
 }
 
@@ -135,6 +179,11 @@ TEST(SubscriptionCommands, RefusesWhatMakesNoSense) {
       {{"subscribe", "--events", "all", "--recipient", "nobody"}, "\"nobody\" is not a URI"},
       {{"subscribe", "--events", "all", "--recipient", "ipp://h/" + std::string(1023, 'r')},
        "is too long"},
+      {{"watch", ""}, "\"\" is neither the name of a queue"},
+      {{"subscriptions", ""}, "\"\" is neither the name of a queue"},
+      {{"subscribe", "", "--events", "all"}, "\"\" is neither the name of a queue"},
+      {{"renew", "5", ""}, "\"\" is neither the name of a queue"},
+      {{"unsubscribe", "5", ""}, "\"\" is neither the name of a queue"},
       {{"renew", "five"}, "\"five\" is not a whole number from 1 on"},
       {{"unsubscribe"}, "SUBSCRIPTION is required"},
       {{"watch", "--interval", "0"}, "\"0\" is not a number from 0.1 on"},

@@ -91,5 +91,10 @@ TEST(ZshCompletion, HasTheOptionsOfTheHelp) {
   EXPECT_THAT(functions, IsEmpty()) << "of no command";
 }
 
+TEST(ZshCompletion, HasTheEventsOfTheHelp) {
+  const std::string events = found(zshFile(), "\n_platen-events\\(\\) \\{([^}]*)\\}");
+  EXPECT_EQ(eventsIn(events), eventsIn(helpOf({"subscribe"})));
+}
+
 }  // namespace
 }  // namespace platen::test

@@ -76,7 +76,9 @@ _platen_files() { # TEXT PREFIX
 # Candidates for the value of an option, each behind the prefix.
 _platen_values() { # KIND TEXT PREFIX
   local events='job-created job-state-changed job-completed job-stopped job-progress
-    job-config-changed printer-state-changed printer-stopped printer-config-changed'
+    job-config-changed printer-state-changed printer-stopped printer-restarted printer-shutdown
+    printer-config-changed printer-media-changed printer-finishings-changed
+    printer-queue-order-changed'
   local list=${2%"${2##*,}"}
   case $1 in
   file) _platen_files "$2" "$3" ;;
