@@ -51,7 +51,7 @@ class PLATEN_EXPORT IPPMessage : public IPPCodable,
   static std::shared_ptr<IPPMessage> initWithStream(const std::shared_ptr<InputStream>& stream);
   /// From a descriptor, which stays the caller's and is left right after the message.
   static std::shared_ptr<IPPMessage> initWithFileHandle(int descriptor);
-  /// From a coder of either face.
+  /// From a coder of either face. With a keyed one a lack of memory (std::bad_alloc) comes out.
   static std::shared_ptr<IPPMessage> initWithCoder(IPPCoder& coder);
 
   /// The whole message in its binary form, version 1.1.
