@@ -47,10 +47,28 @@ bool findPath(const ArchiveNode& wanted, const ArchiveNode& node, std::string& p
   return false;
 }
 
+bool isInsideCharacter(char octet) { return (static_cast<unsigned char>(octet) & 0xC0U) == 0x80; }
+
+// What is nested deep has a key path of thousands of letters, of which the ends say most.
+std::string shortened(const std::string& keyPath) {
+  constexpr std::size_t kLongest = 256;
+  constexpr std::string_view kGap = "...";
+  if (keyPath.size() <= kLongest) {
+    return keyPath;
+  }
+  std::size_t head = (kLongest - kGap.size()) / 2;
+  std::size_t tail = keyPath.size() - (kLongest - kGap.size() - head);
+  for (; isInsideCharacter(keyPath[head]); --head) {
+  }
+  for (; isInsideCharacter(keyPath[tail]); ++tail) {
+  }
+  return keyPath.substr(0, head).append(kGap).append(keyPath, tail);
+}
+
 }  // namespace
 
 std::string ArchiveFault::description() const {
-  return keyPath.empty() ? what : keyPath + ": " + what;
+  return keyPath.empty() ? what : shortened(keyPath) + ": " + what;
 }
 
 std::shared_ptr<const Error> ArchiveFault::error() const {

@@ -19,7 +19,7 @@ struct ArchiveFault {
   std::string keyPath;
   std::string what;
 
-  /// "KEY-PATH: WHAT".
+  /// "KEY-PATH: WHAT". Of a key path of more than 256 octets the middle is left out.
   [[nodiscard]] std::string description() const;
   [[nodiscard]] std::shared_ptr<const Error> error() const;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "coding/ArchiveFault.h"
 #include "coding/ArchiveNode.h"
 #include "platen/Data.h"
 #include "platen/IPPKeyedArchive.h"
@@ -15,8 +16,15 @@ Data writeArchiveForm(const ArchiveNode& root, IPPArchiveFormat format);
 /// wide or finite, an object has no key twice, and every key is UTF-8.
 ArchiveNode readArchiveForm(Bytes data, const IPPArchiveReading& reading);
 
-/// Walks over one CBOR item (RFC 8949 §3) and throws `ArchiveFault` unless it ends where `data`
-/// does, has only definite lengths and no tags, and its numbers fit 64 bits with a sign.
+/// What the shape of CBOR has wrong. The fault has no key path: what stands before the item that
+/// has it wrong says which one it is.
+struct CBORFault {
+  ArchiveFault fault;
+  std::size_t item = 0;  ///< How many octets stand before that item.
+};
+
+/// Walks over one CBOR item (RFC 8949 §3) and throws `CBORFault` unless it ends where `data` does,
+/// has only definite lengths and no tags, and its numbers fit 64 bits with a sign.
 void requireCBORShape(Bytes data);
 
 /// RFC 4648 §4, with padding.

@@ -31,9 +31,15 @@ const ArchiveNode* ArchiveNode::findTagged(std::string_view key) const {
   return object == nullptr || object->size() != 1 ? nullptr : object->find(key);
 }
 
-Number ArchiveNode::numberValue() const noexcept {
-  return ifInt() != nullptr ? Number(*ifInt()) : Number(*ifReal());
+namespace {
+
+// Without rounding: beyond 2^53 not every whole number is a real one.
+bool areEqual(std::int64_t whole, double real) {
+  return real >= -0x1p63 && real < 0x1p63 && static_cast<double>(whole) == real &&
+         static_cast<std::int64_t>(real) == whole;
 }
+
+}  // namespace
 
 std::string_view ArchiveNode::kind() const noexcept {
   static constexpr std::array<std::string_view, 7> kKinds = {
@@ -47,8 +53,11 @@ bool operator==(const ArchiveNode& left, const ArchiveNode& right) {
   if (object != nullptr && other != nullptr) {
     return *object == *other;
   }
-  if (left.isNumber() && right.isNumber()) {
-    return left.numberValue() == right.numberValue();
+  if (left.ifInt() != nullptr && right.ifReal() != nullptr) {
+    return areEqual(*left.ifInt(), *right.ifReal());
+  }
+  if (left.ifReal() != nullptr && right.ifInt() != nullptr) {
+    return areEqual(*right.ifInt(), *left.ifReal());
   }
   return left.content_ == right.content_;
 }

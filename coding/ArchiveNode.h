@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "platen/Dictionary.h"
-#include "platen/RawValue.h"
 
 namespace platen::inline v0 {
 
@@ -60,9 +59,6 @@ class ArchiveNode {
   friend bool operator==(const ArchiveNode& left, const ArchiveNode& right);
 
  private:
-  [[nodiscard]] bool isNumber() const noexcept { return ifInt() != nullptr || ifReal() != nullptr; }
-  [[nodiscard]] Number numberValue() const noexcept;
-
   using ObjectPointer = std::unique_ptr<Object>;
 
   std::variant<std::monostate, bool, std::int64_t, double, std::string, Array, ObjectPointer>

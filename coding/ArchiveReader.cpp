@@ -78,7 +78,14 @@ const T& ArchiveReader::required(const T* found, const ArchiveNode& node, std::s
   return *found;
 }
 
+void ArchiveReader::requireFaultless() {
+  if (fault_) {
+    raise(*fault_);
+  }
+}
+
 const ArchiveNode& ArchiveReader::field(std::string_view key) {
+  requireFaultless();
   const ArchiveNode* found = findField(key);
   if (found == nullptr) {
     refuse(*current_, IPPArchiveError::missingKey,
@@ -139,6 +146,7 @@ const ArchiveNode& ArchiveReader::targetOf(const ArchiveNode& node) {
 }
 
 IPPCoder::Object ArchiveReader::objectIn(const ArchiveNode& node, IPPCoder& coder) {
+  requireFaultless();
   if (node.isAbsent()) {
     return nullptr;
   }
@@ -207,13 +215,12 @@ void ArchiveReader::make(const ArchiveNode& node, IPPCoder& coder, Made& made) {
   } catch (const std::bad_alloc&) {
     throw;  // it says nothing about the archive
   } catch (const std::exception& failure) {
-    if (!fault_) {
-      refuse(node, IPPArchiveError::inconsistent, className + ": " + failure.what());
-    }
+    requireFaultless();
+    refuse(node, IPPArchiveError::inconsistent, className + ": " + failure.what());
+  } catch (...) {  // whatever a class of an application throws; there is no object then
+    object = nullptr;
   }
-  if (fault_) {
-    raise(*fault_);
-  }
+  requireFaultless();
   if (object == nullptr) {
     refuse(node, IPPArchiveError::inconsistent, className + " cannot be made of this");
   }
@@ -229,14 +236,14 @@ void ArchiveReader::check(const Object& object, const ArchiveNode& node) {
   } catch (const std::bad_alloc&) {
     throw;
   } catch (const std::exception& failure) {
-    if (fault_) {
-      raise(*fault_);
-    }
+    requireFaultless();
     refuse(node, IPPArchiveError::inconsistent, failure.what());
+  } catch (...) {
+    requireFaultless();
+    refuse(node, IPPArchiveError::inconsistent,
+           std::string(object->className()) + " could not be written");
   }
-  if (fault_) {
-    raise(*fault_);
-  }
+  requireFaultless();
 }
 
 const IPPCodable* ArchiveReader::madeOf(const ArchiveNode& node) {

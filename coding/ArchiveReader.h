@@ -18,8 +18,8 @@ namespace platen::inline v0 {
 /// Makes objects of the nodes of an archive, each once. An object reads its fields from a coder
 /// that asks here for the fields of the node at hand.
 ///
-/// Every fault is kept, and raised as `InconsistentArchiveException`. It may be swallowed by the
-/// class that is being read; then it is raised again for the object around it.
+/// Every fault is kept, and raised as `InconsistentArchiveException`: once more by everything that
+/// is asked for later, and for the object around it when a class swallows it.
 ///
 /// Threads: one thread at a time. Neither copied nor moved.
 class ArchiveReader {
@@ -61,6 +61,7 @@ class ArchiveReader {
   };
 
   void requireVersion() const;
+  void requireFaultless();
   void collectIds(const ArchiveNode& node);
   void noteId(const ArchiveNode& node);
   const ArchiveNode& targetOf(const ArchiveNode& node);

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <string_view>
 
 #include "coding/ArchiveFault.h"
 #include "coding/ArchiveForm.h"
@@ -19,12 +21,33 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr std::size_t kFewItems = 1024;  // That are allowed whatever the limit is.
+// What the least of them takes that an archiver writes of objects: {"$ref":1} is 7 octets of CBOR.
+// So each item has the room of these, and everything that is within the limit fits.
+constexpr std::size_t kSmallestItem = 3;
+constexpr std::size_t kSmallestObject = 4;
+constexpr std::size_t kLeastRoom = 4096;  // That there is whatever the limit is.
+
+// How many octets stand before the first one that is no UTF-8.
+std::size_t lengthOfText(std::string_view octets) {
+  std::size_t length = 0;
+  while (const std::size_t size = firstCodePoint(octets.substr(length)).size) {
+    length += size;
+  }
+  return length;
+}
+
+// The parser makes 0 of numbers that are closer to it than 64 bits can say.
+bool isZero(std::string_view number) {
+  const std::string_view digits = number.substr(0, number.find_first_of("eE"));
+  return digits.find_first_of("123456789") == std::string_view::npos;
+}
 
 // Named by the parser that calls it; each says whether to go on, which is told by throwing instead.
 class NodeBuilder : public Json::json_sax_t {
  public:
-  explicit NodeBuilder(std::size_t mostItems) : itemsLeft_(mostItems) {}
+  /// `data` is what is parsed; where that ends too early it is for `fault`, if there is one.
+  NodeBuilder(std::string_view data, std::size_t largestSize, const ArchiveFault* fault = nullptr)
+      : data_(data), roomLeft_(std::max(largestSize, kLeastRoom)), faultAtEnd_(fault) {}
 
   bool null() override { return add(ArchiveNode()); }
   bool boolean(bool value) override { return add(ArchiveNode(value)); }
@@ -35,11 +58,17 @@ class NodeBuilder : public Json::json_sax_t {
     }
     return add(ArchiveNode(static_cast<std::int64_t>(value)));
   }
-  // The parser makes a double of a whole number that it has no integer for.
+  // The parser makes a double of a whole number that it has no integer for. CBOR has no text.
   bool number_float(double value, const std::string& text) override {
     const bool isWhole = !text.empty() && text.find_first_of(".eE") == std::string::npos;
+    if (text.empty() && !std::isfinite(value)) {
+      refuse(IPPArchiveError::outOfRange, "a number that is not finite");
+    }
     if (isWhole || !std::isfinite(value)) {
       refuse(IPPArchiveError::outOfRange, "a number beyond 64 bits");
+    }
+    if (value == 0 && !isZero(text)) {
+      refuse(IPPArchiveError::outOfRange, "a number too close to 0 for 64 bits");
     }
     return add(ArchiveNode(value));
   }
@@ -51,19 +80,19 @@ class NodeBuilder : public Json::json_sax_t {
     return add(ArchiveNode(std::string(value.begin(), value.end())));
   }
   bool start_array(std::size_t /*elements*/) override {
-    return open(ArchiveNode(ArchiveNode::Array()));
+    return open(ArchiveNode(ArchiveNode::Array()), kSmallestItem);
   }
   bool end_array() override { return close(); }
   bool start_object(std::size_t /*elements*/) override {
-    return open(ArchiveNode(std::make_unique<ArchiveNode::Object>()));
+    return open(ArchiveNode(std::make_unique<ArchiveNode::Object>()), kSmallestObject);
   }
   bool key(std::string& value) override {
     requireText(value);
-    if (open_.back().node.find(value) != nullptr) {
-      open_.back().key = std::move(value);
+    const bool isThere = open_.back().node.find(value) != nullptr;
+    open_.back().key = std::move(value);
+    if (isThere) {
       refuse(IPPArchiveError::duplicateKey, "is there twice");
     }
-    open_.back().key = std::move(value);
     return true;
   }
   bool end_object() override {
@@ -76,9 +105,16 @@ class NodeBuilder : public Json::json_sax_t {
   }
   bool parse_error(std::size_t position, const std::string& /*token*/,
                    const Json::exception& failure) override {
+    constexpr int kEndOfCBOR = 110;
     constexpr int kNumberOverflow = 406;
     if (failure.id == kNumberOverflow) {
       refuse(IPPArchiveError::outOfRange, "a number beyond 64 bits");
+    }
+    if (failure.id == kEndOfCBOR && faultAtEnd_ != nullptr) {
+      refuse(faultAtEnd_->code, faultAtEnd_->what);
+    }
+    if (failure.id == kNoJSON && lengthOfText(data_) < std::min(position, data_.size())) {
+      refuse(IPPArchiveError::invalidText, kNoText);
     }
     refuse(IPPArchiveError::malformed, "not well-formed at octet " + std::to_string(position));
   }
@@ -86,36 +122,43 @@ class NodeBuilder : public Json::json_sax_t {
   ArchiveNode takeRoot() { return std::move(root_); }
 
  private:
+  static constexpr const char* kNoText = "text that is not UTF-8";
+  static constexpr int kNoJSON = 101;
+
   struct Frame {
     ArchiveNode node;
-    std::string key;  // Of the field that is being read.
+    std::optional<std::string> key;  // Of the field that is being read, between two of them none.
   };
 
   [[noreturn]] void refuse(IPPArchiveError code, std::string what) const {
     std::string path;
     for (const Frame& frame : open_) {
-      const ArchiveNode::Array* array = frame.node.ifArray();
-      array == nullptr ? appendKey(path, frame.key) : appendIndex(path, array->size());
+      if (const auto* array = frame.node.ifArray()) {
+        appendIndex(path, array->size());
+      } else if (frame.key) {
+        appendKey(path, *frame.key);
+      }
     }
     throw ArchiveFault{code, std::move(path), std::move(what)};
   }
 
   void requireText(const std::string& text) const {
     if (!isValidUtf8(text)) {
-      refuse(IPPArchiveError::invalidText, "text that is not UTF-8");
+      refuse(IPPArchiveError::invalidText, kNoText);
     }
   }
 
-  [[nodiscard]] std::string octetsHere(const std::string& base64) const {
+  [[nodiscard]] std::string octetsHere(const std::string& base64) {
     try {
       return octetsOfBase64(base64);
     } catch (const ArchiveFault& fault) {
+      open_.back().key = kOctetsKey;
       refuse(fault.code, fault.what);
     }
   }
 
-  bool open(ArchiveNode node) {
-    countItem();
+  bool open(ArchiveNode node, std::size_t size) {
+    takeRoom(size);
     if (open_.size() == kIPPArchiveDeepestNesting) {
       refuse(IPPArchiveError::tooDeep, "nested too deep");
     }
@@ -131,15 +174,16 @@ class NodeBuilder : public Json::json_sax_t {
   }
 
   bool add(ArchiveNode node) {
-    countItem();
+    takeRoom(kSmallestItem);
     place(std::move(node));
     return true;
   }
 
-  void countItem() {
-    if (itemsLeft_-- == 0) {
+  void takeRoom(std::size_t size) {
+    if (roomLeft_ < size) {
       refuse(IPPArchiveError::tooLarge, "too many items");
     }
+    roomLeft_ -= size;
   }
 
   void place(ArchiveNode node) {
@@ -148,11 +192,14 @@ class NodeBuilder : public Json::json_sax_t {
     } else if (auto* array = open_.back().node.ifArray()) {
       array->push_back(std::move(node));
     } else {
-      open_.back().node.ifObject()->set(open_.back().key, std::move(node));
+      open_.back().node.ifObject()->set(*open_.back().key, std::move(node));
+      open_.back().key.reset();
     }
   }
 
-  std::size_t itemsLeft_;
+  std::string_view data_;
+  std::size_t roomLeft_;
+  const ArchiveFault* faultAtEnd_;
   std::vector<Frame> open_;
   ArchiveNode root_;
 };
@@ -177,6 +224,36 @@ void requireNoZero(Bytes text) {
   }
 }
 
+ArchiveNode readJSON(Bytes data, std::size_t largestSize) {
+  requireNoZero(data);
+  const char* text = reinterpret_cast<const char*>(data.data());
+  NodeBuilder builder({text, data.size()}, largestSize);
+  Json::sax_parse(text, text + data.size(), &builder);
+  return builder.takeRoot();
+}
+
+ArchiveNode buildCBOR(Bytes data, NodeBuilder& builder) {
+  Json::sax_parse(data.begin(), data.end(), &builder, Json::input_format_t::cbor);
+  return builder.takeRoot();
+}
+
+// What stands before a fault of the shape says where it is, or has a fault of its own.
+[[noreturn]] void refuseShape(Bytes data, const CBORFault& shape, std::size_t largestSize) {
+  NodeBuilder before({}, largestSize, &shape.fault);
+  buildCBOR(data.first(shape.item), before);
+  throw shape.fault;
+}
+
+ArchiveNode readCBOR(Bytes data, std::size_t largestSize) {
+  try {
+    requireCBORShape(data);
+  } catch (const CBORFault& shape) {
+    refuseShape(data, shape, largestSize);
+  }
+  NodeBuilder builder({}, largestSize);
+  return buildCBOR(data, builder);
+}
+
 bool isOfForm(IPPArchiveFormat form, IPPArchiveFormat wanted) {
   return (form == IPPArchiveFormat::cbor) == (wanted == IPPArchiveFormat::cbor);
 }
@@ -192,12 +269,8 @@ ArchiveNode readArchiveForm(Bytes data, const IPPArchiveReading& reading) {
   if (!form || (reading.format && !isOfForm(*form, *reading.format))) {
     throw ArchiveFault{IPPArchiveError::notAnArchive, "", "not an archive in the form expected"};
   }
-  const bool isBinary = *form == IPPArchiveFormat::cbor;
-  isBinary ? requireCBORShape(data) : requireNoZero(data);
-  NodeBuilder builder(std::max(reading.largestSize / 8, kFewItems));
-  Json::sax_parse(data.begin(), data.end(), &builder,
-                  isBinary ? Json::input_format_t::cbor : Json::input_format_t::json);
-  return builder.takeRoot();
+  return *form == IPPArchiveFormat::cbor ? readCBOR(data, reading.largestSize)
+                                         : readJSON(data, reading.largestSize);
 }
 
 }  // namespace platen::inline v0

@@ -38,6 +38,7 @@ class CBORWalk {
         walkItem();
       }
     }
+    item_ = at_;
     require(at_ == data_.size(), "something follows the archive");
   }
 
@@ -45,7 +46,7 @@ class CBORWalk {
   void require(bool isTrue, const char* what,
                IPPArchiveError code = IPPArchiveError::malformed) const {
     if (!isTrue) {
-      throw ArchiveFault{code, "", std::string(what) + " at octet " + std::to_string(at_)};
+      throw CBORFault{{code, "", std::string(what) + " at octet " + std::to_string(at_)}, item_};
     }
   }
 
@@ -66,6 +67,7 @@ class CBORWalk {
   }
 
   void walkItem() {
+    item_ = at_;
     const auto head = static_cast<unsigned>(take(1));
     const std::uint64_t argument = takeArgument(head & 31U);
     switch (head >> 5U) {
@@ -97,6 +99,7 @@ class CBORWalk {
 
   Bytes data_;
   std::size_t at_ = 0;
+  std::size_t item_ = 0;             // Where the item at hand begins.
   std::vector<std::uint64_t> open_;  // How many items are still to come, in each open container.
 };
 

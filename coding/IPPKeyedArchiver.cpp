@@ -2,11 +2,11 @@
 #include "platen/IPPKeyedArchiver.h"
 
 #include <cerrno>
+#include <new>
 
 #include "coding/ArchiveForm.h"
 #include "coding/ArchiveKeys.h"
 #include "coding/ArchiveWriter.h"
-#include "platen/Exception.h"
 #include "platform/AtomicFile.h"
 #include "platform/POSIXError.h"
 
@@ -72,13 +72,7 @@ void IPPKeyedArchiver::encodeNamedObjectsForKey(const Dictionary<Object>& object
 
 namespace {
 
-std::shared_ptr<const Error> errorOf(const IPPKeyedArchiver& archiver, const Exception& failure) {
-  const auto error = archiver.error();
-  return error != nullptr ? error
-                          : ArchiveFault{IPPArchiveError::inconsistent, "", failure.what()}.error();
-}
-
-std::shared_ptr<const Error> writeAll(OutputStream& stream, Bytes data) {
+std::shared_ptr<const Error> writeAll(OutputStream& stream, Bytes data) try {
   while (!data.empty()) {
     const std::ptrdiff_t taken = stream.write(data.data(), data.size());
     if (taken <= 0) {
@@ -90,6 +84,10 @@ std::shared_ptr<const Error> writeAll(OutputStream& stream, Bytes data) {
     data = data.subspan(static_cast<std::size_t>(taken));
   }
   return nullptr;
+} catch (const std::bad_alloc&) {
+  throw;
+} catch (...) {  // what an application's own stream raises
+  return posixError(EIO);
 }
 
 }  // namespace
@@ -99,8 +97,10 @@ std::optional<Data> IPPKeyedArchiver::archivedDataWithRootObject(
   IPPKeyedArchiver archiver;
   try {
     archiver.encodeRootObject(root);
-  } catch (const Exception& failure) {
-    report(error, errorOf(archiver, failure));
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (...) {  // also what a class of an application throws, which the archiver remembers
+    report(error, archiver.error());
     return std::nullopt;
   }
   report(error, nullptr);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <new>
 
 #include "coding/ArchiveForm.h"
 #include "coding/ArchiveKeys.h"
@@ -115,6 +116,8 @@ std::shared_ptr<IPPKeyedUnarchiver> IPPKeyedUnarchiver::initForReadingWithStream
   std::shared_ptr<const Error> failure;
   try {
     failure = readUpTo(reading.largestSize, stream, data);
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (...) {  // what an application's own stream raises
     failure = posixError(EIO);
   }

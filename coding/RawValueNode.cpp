@@ -165,7 +165,12 @@ class RawReader {
   }
   [[nodiscard]] double realIn(const ArchiveNode& node) const {
     const RawValue value = read(node);
-    return required(value.ifNumber(), node, "a number").doubleValue();
+    const double real = required(value.ifNumber(), node, "a number").doubleValue();
+    const bool isRounded = node.ifInt() != nullptr && node != ArchiveNode(real);
+    if (isRounded || node.ifBool() != nullptr) {
+      refuse(node, "not a real number");
+    }
+    return real;
   }
   [[nodiscard]] const ArchiveNode::Array& pairIn(const ArchiveNode& node) const {
     const auto& pair = required(node.ifArray(), node, "a list of two");

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <exception>
+#include <new>
 
 #include "coding/BorrowedReader.h"
 #include "platen/IPPArchiver.h"
@@ -87,6 +88,11 @@ bool IPPMessage::readFrom(IPPCoder& coder) {
       awakeAfterReading();
     }
     return isRead;
+  } catch (const std::bad_alloc&) {
+    if (coder.allowsKeyedCoding()) {
+      throw;  // it says nothing about the archive
+    }
+    return false;
   } catch (const std::exception&) {
     return false;
   }

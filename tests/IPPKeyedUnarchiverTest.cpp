@@ -13,6 +13,7 @@
 #include "platen/IPPMessage.h"
 #include "platen/IPPNullValue.h"
 #include "platen/IPPStringValue.h"
+#include "platform/Utf8.h"
 #include "tests/support/Archives.h"
 #include "tests/support/Octets.h"
 
@@ -292,10 +293,14 @@ TEST(IPPKeyedUnarchiver, RefusesTextThatIsNone) {
        "value.$octets: not base64"},
       {R"("$class":"IPPKeyword","value":{"$octets":7})", wrongType, "value: not a raw object"},
   });
-  for (const char* text : {"\"\xff\"", "\"\xc0\x80\"", "\"\xed\xa0\x80\"", R"("\ud800")"}) {
-    EXPECT_THAT(refusal(archiveOf("\"$class\":\"IPPKeyword\",\"value\":" + std::string(text))),
-                StartsWith(code(malformed) + "value: not well-formed at octet "));
+  const auto keyword = [](const std::string& text) {
+    return refusal(archiveOf("\"$class\":\"IPPKeyword\",\"value\":" + text));
+  };
+  for (const char* text : {"\"\xff\"", "\"\xc0\x80\"", "\"\xed\xa0\x80\""}) {
+    EXPECT_EQ(keyword(text), code(invalidText) + "value: text that is not UTF-8");
   }
+  EXPECT_THAT(keyword(R"("\ud800")"),
+              StartsWith(code(malformed) + "value: not well-formed at octet "));
 }
 
 TEST(IPPKeyedUnarchiver, TakesOctetsThatAreTextAsText) {
@@ -369,6 +374,86 @@ TEST(IPPKeyedUnarchiver, ShowsNoControlCharactersAndNoEndlessNames) {
   EXPECT_EQ(
       refusal(archiveOf("\"$class\":\"" + std::string(1000, 'x') + "\"")),
       code(IPPArchiveError::unknownClass) + "unknown class \"" + std::string(64, 'x') + "...\"");
+}
+
+// The ends of it say most; the whole is in the record.
+TEST(IPPKeyedUnarchiver, ShortensTheMiddleOfALongKeyPath) {
+  const auto refused = [](std::size_t lists) {
+    const std::string text = archiveOf(R"("$class":"IPPKeyword","value":)" +
+                                       std::string(lists, '[') + "x" + std::string(lists, ']'));
+    std::shared_ptr<const Error> error;
+    (void)IPPKeyedUnarchiver::initForReadingWithData(Data(text.begin(), text.end()), &error);
+    return error;
+  };
+  const auto repeated = [](std::size_t count) {
+    std::string path;
+    for (std::size_t i = 0; i < count; ++i) {
+      path += "[0]";
+    }
+    return path;
+  };
+  const auto whole = refused(83);  // 254 octets
+  EXPECT_THAT(std::string(whole->localizedDescription().value()),
+              StartsWith("value" + repeated(83) + ": not well-formed"));
+  const auto deep = refused(900);
+  const std::string text(deep->localizedDescription().value());
+  EXPECT_THAT(text,
+              StartsWith("value" + repeated(40) + "[...]" + repeated(42) + ": not well-formed"));
+  EXPECT_EQ(text.find(": "), 256U);
+  EXPECT_EQ(std::get<std::string>(deep->userInfo().at(std::string(IPPErrorArchiveKeyPath))),
+            "value" + repeated(900));
+}
+
+TEST(IPPKeyedUnarchiver, CutsNoCharacterOfALongKeyPath) {
+  std::string text = R"({"$class":"IPPFoo"})";
+  for (int i = 0; i < 200; ++i) {
+    text = "{\"" + std::string(i % 3, 'a') + "\u00fc\u20ac\":" + text + "}";
+  }
+  for (const char* shift : {"", "a", "aa", "aaa", "aaaa"}) {
+    const std::string archive = archiveOf("\"" + std::string(shift) + "\":" + text + ",\"b\":x");
+    EXPECT_TRUE(isValidUtf8(refusal(archive))) << shift;
+  }
+}
+
+TEST(IPPKeyedUnarchiver, RaisesTheSameAgainAfterAFault) {
+  const std::string text = archiveOf(
+      R"("a":{"$class":"IPPKeyword","value":7},"b":{"$class":"IPPKeyword","value":"x"},"c":1)");
+  const auto archive = IPPKeyedUnarchiver::initForReadingWithData(Data(text.begin(), text.end()));
+  const auto same = ::testing::ThrowsMessage<InconsistentArchiveException>(
+      "a.value: IPPKeyword cannot be made of a whole number");
+  EXPECT_THAT([&] { archive->decodeObjectForKey("a"); }, same);
+  EXPECT_THAT([&] { archive->decodeObjectForKey("a"); }, same);
+  EXPECT_THAT([&] { archive->decodeObjectForKey("b"); }, same);
+  EXPECT_THAT([&] { archive->decodeIntForKey("c"); }, same);
+  EXPECT_THAT([&] { archive->decodeIntForKey("missing"); }, same);
+  EXPECT_THAT([&] { archive->decodeRootObject(); }, same);
+  EXPECT_EQ(archive->error()->code(), static_cast<std::int64_t>(IPPArchiveError::wrongType));
+}
+
+// Exactly where docs/archive.md says.
+TEST(IPPKeyedUnarchiver, TakesWholeNumbersForRealOnesWhereThatIsForgiven) {
+  const auto raw = [](const std::string& spelled) -> std::string {
+    const std::string text = archiveOf("\"raw\":" + spelled);
+    const auto archive = IPPKeyedUnarchiver::initForReadingWithData(Data(text.begin(), text.end()));
+    try {
+      return archive->decodeRawValueForKey("raw").description();
+    } catch (const InconsistentArchiveException& failure) {
+      return failure.what();
+    }
+  };
+  EXPECT_EQ(raw(R"({"$size":[600,1200]})"), raw(R"({"$size":[600.0,1.2e3]})"));
+  EXPECT_EQ(raw(R"({"$size":[9007199254740993,1]})"), "raw.$size[0]: not a real number");
+  EXPECT_EQ(raw(R"({"$size":[1,true]})"), "raw.$size[1]: not a real number");
+  EXPECT_EQ(raw(R"({"$range":[1.0,2]})"),
+            "raw.$range[0]: a number where a whole number is expected");
+  EXPECT_EQ(raw(R"({"$date":1e3})"), "raw.$date: a number where a whole number is expected");
+  const auto value = unarchived<const IPPValue>(archiveOf(R"("$class":"IPPInteger","value":5.0)"));
+  EXPECT_TRUE(value->rawValue().asNumber().isReal());
+  EXPECT_TRUE(value->isEqual(*IPPValue::integerWithInt(5)));
+  expectRefusals({{R"("$class":"IPPMessage","tag":1.0,"request-id":1,"groups":[])",
+                   IPPArchiveError::wrongType, "tag: a number where a whole number is expected"},
+                  {R"("$class":"IPPArray","value":[{"$class":"IPPValue","$id":1.0,"value":null}])",
+                   IPPArchiveError::wrongType, "value[0].$id: not a whole number"}});
 }
 
 TEST(IPPKeyedUnarchiver, RaisesWhatItsReaderAsksForOutsideOfTheEntryPoints) {

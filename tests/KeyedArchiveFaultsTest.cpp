@@ -128,6 +128,30 @@ TEST(KeyedArchiveFaults, AreToldWhenAClassSwallowsThem) {
   }
 }
 
+std::string writingRefusal(const IPPCodable& object) {
+  std::shared_ptr<const Error> error;
+  EXPECT_EQ(IPPKeyedArchiver::archivedDataWithRootObject(object, {}, &error), std::nullopt);
+  return std::to_string(error->code()) + " " + std::string(error->localizedDescription().value());
+}
+
+TEST(KeyedArchiveFaults, AreErrorRecordsWhateverAClassThrowsInWriting) {
+  const std::string text =
+      code(IPPArchiveError::inconsistent) + "content: TestWilful could not be written";
+  for (const Wilful::Write& write :
+       {Wilful::Write([](IPPCoder&) { throw std::runtime_error("of its own"); }),
+        Wilful::Write([](IPPCoder&) { throw 7; })}) {
+    const auto inner = wilful(write);
+    const auto outer = wilful([&](IPPCoder& coder) { coder.encodeObjectForKey(inner, "content"); });
+    EXPECT_EQ(writingRefusal(*outer), text);
+  }
+}
+
+TEST(KeyedArchiveFaults, AreNotALackOfMemoryInWriting) {
+  std::shared_ptr<const Error> error;
+  const auto object = wilful([](IPPCoder&) { throw std::bad_alloc(); });
+  EXPECT_THROW(IPPKeyedArchiver::archivedDataWithRootObject(*object, {}, &error), std::bad_alloc);
+}
+
 // --- Reading -------------------------------------------------------------------------------------
 
 /// The refusal of an object that is read by reading nothing, and written as `write` wants.
@@ -162,6 +186,35 @@ TEST(KeyedArchiveFaults, KeepTheirPlaceAndCodeWhileAnObjectIsCompared) {
                               }
                             }),
             text);
+}
+
+TEST(KeyedArchiveFaults, AreErrorRecordsWhateverAClassThrowsInReading) {
+  const std::string inconsistent = code(IPPArchiveError::inconsistent);
+  Wilful::read = [](IPPCoder&) -> IPPCoder::Object { throw 7; };
+  EXPECT_EQ(refusal(archiveOf(R"("$class":"TestWilful")")),
+            inconsistent + "TestWilful cannot be made of this");
+  EXPECT_EQ(refusalOfUnread("null", [](IPPCoder&) { throw 7; }),
+            inconsistent + "TestWilful could not be written");
+  Wilful::read = [](IPPCoder& coder) -> IPPCoder::Object {
+    try {
+      return coder.decodeObjectForKey("missing");
+    } catch (const Exception&) {
+      throw 7;
+    }
+  };
+  EXPECT_EQ(refusal(archiveOf(R"("$class":"TestWilful")")),
+            code(IPPArchiveError::missingKey) + "the key \"missing\" is missing");
+}
+
+// A message tells nothing but that it cannot be made, and of a lack of memory not even that.
+TEST(KeyedArchiveFaults, AreNotALackOfMemoryInsideOfAMessage) {
+  Wilful::read = [](IPPCoder&) -> IPPCoder::Object { throw std::bad_alloc(); };
+  for (const char* name : {"IPPMessage", "IPPRequest", "IPPResponse"}) {
+    EXPECT_THROW(
+        refusal(archiveOf("\"$class\":\"" + std::string(name) +
+                          R"(","tag":1,"request-id":1,"groups":[{"$class":"TestWilful"}])")),
+        std::bad_alloc);
+  }
 }
 
 TEST(KeyedArchiveFaults, AreNotWhatALackOfMemoryIs) {

@@ -110,7 +110,7 @@ TEST_F(KeyedArchiveFiles, ReadNoMoreThanTheLimit) {
 
 // --- Streams -------------------------------------------------------------------------------------
 
-/// Takes at most 7 octets at a time, and after `most` octets fails, or raises.
+/// Takes at most 7 octets at a time, and after `most` octets fails.
 class SlowOutput : public OutputStream {
  public:
   explicit SlowOutput(std::size_t most) : left_(most) {}
@@ -192,7 +192,18 @@ class RaisingInput : public InputStream {
   [[nodiscard]] bool hasBytesAvailable() const override { return true; }
 };
 
+class RaisingOutput : public SlowOutput {
+ public:
+  RaisingOutput() : SlowOutput(1) {}
+  std::ptrdiff_t write(const std::uint8_t*, std::size_t) override {
+    throw std::runtime_error("raised");
+  }
+};
+
 TEST_F(KeyedArchiveFiles, LetNothingOutThatAStreamRaises) {
+  RaisingOutput out;
+  EXPECT_FALSE(IPPKeyedArchiver::archiveRootObject(message, out, {}, &error));
+  expectPosix(error, EIO);
   RaisingInput raising;
   EXPECT_EQ(IPPKeyedUnarchiver::unarchiveObjectWithStream<>(raising, &error), nullptr);
   expectPosix(error, EIO);

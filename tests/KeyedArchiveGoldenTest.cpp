@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <limits>
 #include <memory>
 #include <string>
 
@@ -77,6 +78,20 @@ Objects anExchange() {
   return {{"request", sent}, {"response", IPPResponse::responseForRequest(*sent)}};
 }
 
+// One group of each class, and what few values hold.
+Objects everyClass() {
+  IPPMessage::Groups groups;
+  for (const auto& [name, groupClass] : IPPAttributeGroup::ippGroupsCatalog()) {
+    groups.push_back(groupClass->make());
+    groups.back()->addNamedValues({{std::string(name), IPPValue::integerWithInt(1)}});
+  }
+  const double infinity = std::numeric_limits<double>::infinity();
+  groups.back()->addNamedValues(
+      {{"real", IPPValue::integer(Number(-infinity))},
+       {"map", IPPValue::dictionaryWithDictionary({{"\xff\xfe", IPPValue::keyword("a")}})}});
+  return {{"root", std::make_shared<IPPMessage>(-1, 0, groups)}};
+}
+
 struct Golden {
   const char* stem;
   Objects (*make)();
@@ -98,9 +113,9 @@ IPPCoder::Object objectIn(IPPKeyedUnarchiver& archive, const std::string& key) {
   return key == "root" ? archive.decodeRootObject() : archive.decodeObjectForKey(key);
 }
 
-std::string pathOf(const Golden& golden, IPPArchiveFormat format) {
+std::string pathOf(const std::string& stem, IPPArchiveFormat format) {
   const std::string extension = format == IPPArchiveFormat::cbor ? ".cbor" : ".json";
-  return PLATEN_SOURCE_DIR "/tests/golden/" + std::string(golden.stem) + extension;
+  return PLATEN_SOURCE_DIR "/tests/golden/" + stem + extension;
 }
 
 Data readFile(const std::string& path) {
@@ -114,25 +129,25 @@ void writeFile(const std::string& path, const Data& data) {
       .write(reinterpret_cast<const char*>(data.data()), static_cast<std::streamsize>(data.size()));
 }
 
-class KeyedArchiveGolden : public testing::TestWithParam<Golden> {
- protected:
-  static constexpr IPPArchiveFormat kKept[] = {IPPArchiveFormat::indentedJSON,
-                                               IPPArchiveFormat::cbor};
-};
+constexpr IPPArchiveFormat kKept[] = {IPPArchiveFormat::indentedJSON, IPPArchiveFormat::cbor};
+
+bool isWrittenAnew() { return std::getenv("PLATEN_WRITE_GOLDEN") != nullptr; }
+
+void expectKept(const std::string& path, const Data& written) {
+  if (isWrittenAnew()) {
+    writeFile(path, written);
+  }
+  EXPECT_TRUE(written == readFile(path)) << path << " is to be\n"
+                                         << std::string(written.begin(), written.end());
+}
+
+class KeyedArchiveGolden : public testing::TestWithParam<Golden> {};
 
 TEST_P(KeyedArchiveGolden, IsStillWrittenOctetForOctet) {
-  const bool isWrittenAnew = std::getenv("PLATEN_WRITE_GOLDEN") != nullptr;
   for (const IPPArchiveFormat format : kKept) {
-    const std::string path = pathOf(GetParam(), format);
-    const Data written = archiveOfAll(GetParam().make(), format);
-    if (isWrittenAnew) {
-      writeFile(path, written);
-    }
-    const Data kept = readFile(path);
-    EXPECT_TRUE(written == kept) << path << " is to be\n"
-                                 << std::string(written.begin(), written.end());
+    expectKept(pathOf(GetParam().stem, format), archiveOfAll(GetParam().make(), format));
   }
-  if (isWrittenAnew) {
+  if (isWrittenAnew()) {
     GTEST_SKIP() << "written anew";
   }
 }
@@ -140,7 +155,7 @@ TEST_P(KeyedArchiveGolden, IsStillWrittenOctetForOctet) {
 TEST_P(KeyedArchiveGolden, IsStillRead) {
   const Objects expected = GetParam().make();
   for (const IPPArchiveFormat format : kKept) {
-    const Data kept = readFile(pathOf(GetParam(), format));
+    const Data kept = readFile(pathOf(GetParam().stem, format));
     const auto archive = IPPKeyedUnarchiver::initForReadingWithData(kept);
     ASSERT_NE(archive, nullptr);
     Objects objects;
@@ -155,8 +170,67 @@ TEST_P(KeyedArchiveGolden, IsStillRead) {
 
 INSTANTIATE_TEST_SUITE_P(Kept, KeyedArchiveGolden,
                          testing::Values(Golden{"every-value", everyValue},
+                                         Golden{"every-class", everyClass},
                                          Golden{"request", aRequest},
                                          Golden{"exchange", anExchange}));
+
+// --- Several objects and other fields ------------------------------------------------------------
+
+RawValue rawOfEveryKind() {
+  using Limits = std::numeric_limits<double>;
+  return RawValue::Array{RawValue(),
+                         Null(),
+                         "a\xff",
+                         URL::parse("ipp://host/%20").value(),
+                         true,
+                         INT64_MIN,
+                         -0.5,
+                         Limits::quiet_NaN(),
+                         Limits::infinity(),
+                         Range{1, ~std::uint64_t{0}},
+                         Size{0.25, 600},
+                         Date(std::chrono::milliseconds(-1)),
+                         RawValue::Array{},
+                         RawValue::Dictionary{{"b", RawValue::Array{1}}, {"a\xfe", Null()}}};
+}
+
+/// An archive of several things; with `from` of those that are in it.
+Data archiveOfFields(IPPArchiveFormat format, IPPKeyedUnarchiver* from = nullptr) {
+  const IPPCoder::Object shared = IPPValue::keyword("shared");
+  IPPKeyedArchiver to;
+  to.encodeRawValueForKey(from ? from->decodeRawValueForKey("raw") : rawOfEveryKind(), "raw");
+  to.encodeIntForKey(from ? from->decodeIntForKey("int") : -1, "int");
+  to.encodeBoolForKey(from ? from->decodeBoolForKey("bool") : true, "bool");
+  to.encodeStringForKey(from ? from->decodeStringForKey("absent") : std::nullopt, "absent");
+  to.encodeStringForKey(from ? from->decodeStringForKey("string") : "\xff", "string");
+  to.encodeObjectForKey(from ? from->decodeObjectForKey("object") : shared, "object");
+  to.encodeObjectsForKey(
+      from ? from->decodeObjectsForKey("objects") : std::vector<IPPCoder::Object>{nullptr, shared},
+      "objects");
+  to.encodeNamedObjectsForKey(
+      from ? from->decodeNamedObjectsForKey("named") : Objects{{"b\xfe", shared}, {"a", nullptr}},
+      "named");
+  return to.archivedData(format);
+}
+
+TEST(KeyedArchiveGoldenFields, AreStillWrittenOctetForOctet) {
+  for (const IPPArchiveFormat format : kKept) {
+    expectKept(pathOf("several", format), archiveOfFields(format));
+  }
+  if (isWrittenAnew()) {
+    GTEST_SKIP() << "written anew";
+  }
+}
+
+TEST(KeyedArchiveGoldenFields, AreStillRead) {
+  for (const IPPArchiveFormat format : kKept) {
+    const Data kept = readFile(pathOf("several", format));
+    const auto archive = IPPKeyedUnarchiver::initForReadingWithData(kept);
+    ASSERT_NE(archive, nullptr);
+    EXPECT_EQ(archive->decodeRawValueForKey("raw").description(), rawOfEveryKind().description());
+    EXPECT_EQ(archiveOfFields(format, archive.get()), kept);
+  }
+}
 
 TEST(KeyedArchiveDocument, ShowsAnArchiveThatIsKept) {
   const Data document = readFile(PLATEN_SOURCE_DIR "/docs/archive.md");

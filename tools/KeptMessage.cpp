@@ -22,6 +22,8 @@ namespace {
 using Kind = DumpOptions::Kind;
 using Form = DumpOptions::Form;
 
+constexpr std::size_t kLargestFile = std::size_t{256} << 20U;
+
 // RFC 8011 §4.1.5: what requests say of whom they ask, and no response does.
 bool namesATarget(const IPPMessage& message) {
   constexpr std::array<std::string_view, 4> kTargets{"printer-uri", "job-uri", "system-uri",
@@ -82,7 +84,7 @@ KeptMessage unarchived(const Data& octets, const LocalFile& file, Kind kind) {
 }  // namespace
 
 KeptMessage messageIn(const LocalFile& file, Kind kind, Form form) {
-  const Data octets = file.readAll();
+  const Data octets = file.readAll(kLargestFile);
   if (octets.empty()) {
     throw Failure(ExitStatus::failed, file.displayName() + " is empty");
   }

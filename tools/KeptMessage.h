@@ -28,7 +28,8 @@ struct KeptMessage {
 /// The message in `file`, as its octets (RFC 8010 §3) or in an archive. Raises a `Failure` that
 /// names the file when there is none, with the key path of what is wrong with an archive. Archives
 /// that hold little and refer to it often are refused where their values, written out, would be
-/// more than 64 MiB, each of them counted as 32 octets and its text.
+/// more than 64 MiB, each of them counted as 32 octets and its text. Files of more than 256 MiB are
+/// refused, also where they have no end.
 KeptMessage messageIn(const LocalFile& file, DumpOptions::Kind kind = DumpOptions::Kind::guessed,
                       DumpOptions::Form form = DumpOptions::Form::guessed);
 

@@ -11,6 +11,7 @@
 #include "platen/IPPArray.h"
 #include "platen/IPPAttribute.h"
 #include "platen/IPPAttributeGroup.h"
+#include "platen/IPPMessageKVCForwarder.h"
 #include "platen/KeyValue.h"
 
 namespace platen::tool {
@@ -26,6 +27,10 @@ std::string attributeText(const IPPAttribute& attribute) {
 
 std::string namedText(std::string_view name, const std::string& text) {
   return harmless(name) + (text.empty() ? "" : " " + text);
+}
+
+std::string lineOfAttribute(const IPPAttribute& attribute) {
+  return namedText(attribute.name().value_or(""), attributeText(attribute));
 }
 
 Lines linesOfValue(const IPPValue& value, std::string_view name) {
@@ -48,7 +53,16 @@ Lines linesOfAttribute(const IPPAttribute& attribute) {
 Lines linesOfGroup(const IPPAttributeGroup& group) {
   Lines lines;
   for (const auto& attribute : group.attributes()) {
-    lines.push_back(namedText(attribute->name().value_or(""), attributeText(*attribute)));
+    lines.push_back(lineOfAttribute(*attribute));
+  }
+  return lines;
+}
+
+// All that the operator leads to.
+Lines linesOfForwarder(const IPPMessageKVCForwarder& forwarder) {
+  Lines lines;
+  for (const KeyValue& attribute : forwarder.valueForKey("*").asArray()) {
+    lines.push_back(lineOfAttribute(*attribute.asAttribute()));
   }
   return lines;
 }
@@ -78,6 +92,9 @@ Lines linesOf(const KeyValue& object) {
   }
   if (const auto group = object.ifGroup()) {
     return linesOfGroup(*group);
+  }
+  if (const auto forwarder = object.ifForwarder()) {
+    return linesOfForwarder(*forwarder);
   }
   if (const auto attribute = object.ifAttribute()) {
     return linesOfAttribute(*attribute);
@@ -123,7 +140,7 @@ Lines linesAtKeyPath(const IPPMessage& message, const std::string& path,
                      const std::string& source) {
   try {
     const KeyValue result = message.valueForKeyPath(path);
-    if (result.isAbsent() || result.isForwarder()) {
+    if (result.isAbsent()) {
       throw Failure(ExitStatus::failed, source + ": " + path + " leads to nothing");
     }
     return linesOf(result);

@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <system_error>
 #include <utility>
@@ -44,9 +46,26 @@ LocalFile::~LocalFile() {
 
 std::string LocalFile::displayName() const { return path_ == "-" ? "standard input" : path_; }
 
-Data LocalFile::readAll() const {
+void LocalFile::requireAtMost(std::size_t largest, std::uint64_t length) const {
+  if (length > largest) {
+    throw Failure(ExitStatus::failed, "cannot read " + displayName() + ": more than " +
+                                          std::to_string(largest) + " octets");
+  }
+}
+
+// One octet beyond the limit is enough to know. What has no length may have no end either.
+Data LocalFile::readAll(std::size_t largest) const {
+  requireAtMost(largest, length_.value_or(0));
   const auto stream = InputStream::withFileDescriptor(descriptor_);
-  Data octets = stream->readDataToEndOfStream();
+  stream->open();
+  std::array<std::uint8_t, 65536> chunk;
+  Data octets;
+  std::ptrdiff_t count = 1;
+  while (count > 0 && octets.size() <= largest) {
+    count = stream->read(chunk.data(), std::min(chunk.size() - 1, largest - octets.size()) + 1);
+    octets.insert(octets.end(), chunk.begin(), chunk.begin() + std::max<std::ptrdiff_t>(count, 0));
+  }
+  requireAtMost(largest, octets.size());
   if (const auto error = stream->streamError()) {
     fail(error->code());
   }

@@ -3,6 +3,7 @@
 
 #include <sys/stat.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -28,13 +29,15 @@ class LocalFile {
   [[nodiscard]] int descriptor() const noexcept { return descriptor_; }
   /// How many octets there are to read; nothing for what only its end tells (a pipe).
   [[nodiscard]] std::optional<std::uint64_t> length() const noexcept { return length_; }
-  /// All of it.
-  [[nodiscard]] Data readAll() const;
+  /// All of it. Raises that it cannot be read when that is more than `largest` octets, of which no
+  /// more are read.
+  [[nodiscard]] Data readAll(std::size_t largest) const;
   /// Raises that it cannot be read, for the reason `error` (an errno).
   [[noreturn]] void fail(std::int64_t error) const;
 
  private:
   void measure(const struct stat& status);
+  void requireAtMost(std::size_t largest, std::uint64_t length) const;
 
   std::string path_;
   int descriptor_ = -1;

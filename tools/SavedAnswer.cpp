@@ -75,11 +75,21 @@ std::string_view skippingBlanks(std::string_view text) {
   return text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
 }
 
+// What this command would refuse to read is not worth the place of an earlier file.
+void requireReadable(const IPPResponse& answer, IPPArchiveFormat format, const std::string& path) {
+  const auto octets = IPPKeyedArchiver::archivedDataWithRootObject(answer, format);
+  if ((octets && octets->size() > kLargest) || !Walk().takes(answer)) {
+    throw Failure(ExitStatus::failed, "cannot write " + path + ": more than the " +
+                                          std::to_string(kLargest) + " octets that can be read");
+  }
+}
+
 }  // namespace
 
 void saveAnswer(const IPPResponse& answer, const std::string& path) {
   const auto format =
       path.ends_with(".cbor") ? IPPArchiveFormat::cbor : IPPArchiveFormat::indentedJSON;
+  requireReadable(answer, format, path);
   std::shared_ptr<const Error> error;
   if (!IPPKeyedArchiver::archiveRootObject(answer, path, format, &error)) {
     throw Failure(ExitStatus::failed, "cannot write " + path + ": " + reasonOf(error));

@@ -14,8 +14,8 @@
 namespace platen::tool {
 
 /// Writes the whole answer as an archive into the file at `path`, in the place of an earlier one:
-/// as CBOR where it ends in ".cbor", else as indented JSON. Raises a `Failure`; then an earlier
-/// file is what it was.
+/// as CBOR where it ends in ".cbor", else as indented JSON. Raises a `Failure`, also for what
+/// `savedMessage` would refuse as too large; then an earlier file is what it was.
 void saveAnswer(const IPPResponse& answer, const std::string& path);
 
 /// Whether octets begin as an archive does and as no message: with what opens an object of JSON and

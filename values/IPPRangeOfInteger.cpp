@@ -47,6 +47,8 @@ std::optional<std::string> IPPRangeOfInteger::stringValue() const { return textO
 
 void IPPRangeOfInteger::encodeWithCoder(IPPCoder& coder) const {
   if (coder.allowsKeyedCoding()) {
+    // As wide as the range has them, although the wire has 32 bits: whatever bounds an application
+    // gave it come back, and those that fit 32 bits are the same text either way.
     coder.encodeIntForKey(static_cast<std::int64_t>(range_.location), kLocationKey);
     coder.encodeIntForKey(static_cast<std::int64_t>(range_.length), kLengthKey);
     return;

@@ -29,9 +29,10 @@ inline constexpr std::int64_t kIPPArchiveVersion = 1;
 inline constexpr int kIPPArchiveDeepestObject = 256;
 /// The lists and maps of the form itself are nested at most this deep.
 inline constexpr int kIPPArchiveDeepestNesting = 1024;
-/// An archive that is read has at most this many octets unless the reader is given another limit,
-/// and at most one item (a number, a text, a list, ...) for every 8 octets of the limit.
-inline constexpr std::size_t kIPPArchiveLargestSize = std::size_t{16} << 20U;
+/// An archive that is read has at most this many octets unless the reader is given another limit.
+/// Of that limit an object takes 4 octets at least, and everything else (a number, a text, a list,
+/// ...) 3. The archiver writes what is larger too.
+inline constexpr std::size_t kIPPArchiveLargestSize = std::size_t{64} << 20U;
 
 /// How an archive is read.
 ///
@@ -47,17 +48,19 @@ struct IPPArchiveReading {
 /// Domain of the error records of archives; the code is an `IPPArchiveError`. The description
 /// begins with the key path of the offending place, as in
 /// `groups[1].attributes[3].value: unknown class "IPPFoo"`; nothing stands before the text where
-/// it is the archive as a whole. Failures of files and streams are in `kPOSIXErrorDomain`.
+/// it is the archive as a whole, and of more than 256 octets the middle is left out. Failures of
+/// files and streams are in `kPOSIXErrorDomain`.
 inline constexpr std::string_view IPPArchiveErrorDomain = "IPPArchiveErrorDomain";
 
-/// Key of the key path alone in the user information, a text; "" for the archive as a whole.
+/// Key of the whole key path alone in the user information, a text; "" for the archive as a whole.
 inline constexpr std::string_view IPPErrorArchiveKeyPath = "IPPErrorArchiveKeyPath";
 
 /// What is wrong with an archive, or with what was to become one.
 enum class IPPArchiveError : std::int64_t {
   notAnArchive = 1,  ///< Neither JSON nor CBOR, or without a version.
   unknownVersion,    ///< Written by a later release.
-  malformed,         ///< Not well-formed: cut short, followed by something, or with a bad octet.
+  malformed,         ///< Not well-formed: cut short, followed by something, or with a bad octet;
+                     ///< in JSON also an escape that is half a character.
   tooLarge,          ///< More octets, or more items, than the limit allows.
   tooDeep,           ///< Nested deeper than the limits above.
   duplicateKey,      ///< A key, a member's name, or an id that was there before.
@@ -65,7 +68,7 @@ enum class IPPArchiveError : std::int64_t {
   unknownKey,        ///< A key that the class does not write.
   wrongType,         ///< Something of another type or class than belongs there.
   outOfRange,        ///< A number that does not fit.
-  invalidText,       ///< Text that is not UTF-8 (RFC 3629), or base64 that is none (RFC 4648).
+  invalidText,       ///< Octets that are not UTF-8 (RFC 3629), or base64 that is none (RFC 4648).
   unknownClass,      ///< A class that is not registered.
   unknownReference,  ///< A reference to an id that no object has.
   cycle,             ///< A reference to an object from inside of it.

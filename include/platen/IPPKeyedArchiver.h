@@ -42,7 +42,9 @@ class ArchiveWriter;
 /// Refused with `InvalidArgumentException` (and by the class operations with an error record of
 /// `IPPArchiveErrorDomain`): objects of a class that is not registered, deeper nested than
 /// `kIPPArchiveDeepestObject`, or inside of themselves, and keys that are there already, are not
-/// UTF-8 or begin with "$". After that the archiver is of no more use.
+/// UTF-8 or begin with "$". After that the archiver is of no more use. Whatever else a class throws
+/// comes out of the archiver, and is an error record (`inconsistent`) of the class operations; a
+/// lack of memory (std::bad_alloc) comes out of both.
 ///
 /// Threads: one thread at a time. Neither copied nor moved.
 class PLATEN_EXPORT IPPKeyedArchiver : public IPPCoder {

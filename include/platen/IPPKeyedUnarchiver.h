@@ -30,7 +30,8 @@ class IPPValue;
 ///     auto request = IPPKeyedUnarchiver::unarchiveObjectWithFile<IPPRequest>("kept.json", &error);
 ///
 /// An archive may come from anywhere: sizes, depths and counts are bounded, every fault is an error
-/// record that names its place (see `IPPArchiveError`), and there is never half an object. An
+/// record that names its place (see `IPPArchiveError`), also where a class throws something of its
+/// own, and there is never half an object. Only a lack of memory (std::bad_alloc) comes out. An
 /// object is compared with the archive after it was read: what it would write itself must be what
 /// is there, so that nothing is dropped, cut or turned into something else in silence.
 ///
@@ -96,7 +97,7 @@ class PLATEN_EXPORT IPPKeyedUnarchiver : public IPPCoder {
   ~IPPKeyedUnarchiver() override;
 
   // What follows raises `InconsistentArchiveException` with the description of the error record. A
-  // missing key is one. After it the unarchiver is of no more use.
+  // missing key is one. After it the unarchiver is of no more use: it raises the same again.
 
   /// The root object, which was encoded as such: an archive of several objects has none, and then
   /// this raises. The same object however often it is asked for.

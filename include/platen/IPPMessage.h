@@ -59,6 +59,7 @@ class PLATEN_EXPORT IPPMessage : public IPPCodable,
   /// result it may be anywhere.
   static std::shared_ptr<IPPMessage> initWithFileHandle(int descriptor);
   /// From a coder of either face; a general one (`IPPCoder`) gives no groups, and so no message.
+  /// With a keyed one a lack of memory (std::bad_alloc) comes out.
   static std::shared_ptr<IPPMessage> initWithCoder(IPPCoder& coder);
 
   /// The whole message in its binary form, version 1.1, whatever version was read: the groups in

@@ -86,6 +86,27 @@ TEST(Dump, ReadsAFileAsWellAsStandardInput) {
   EXPECT_EQ(fromFile.out, dump(message).out);
 }
 
+// What has no end is read to the limit, and of a file that has a length nothing is.
+TEST(Dump, ReadsNoMoreThanAMessageMayHave) {
+  const ScratchFolder folder;
+  const std::string large = folder.add("large", "");
+  std::filesystem::resize_file(large, (std::uintmax_t{256} << 20U) + 1);
+  const struct {
+    Arguments words;
+    int status;
+  } cases[] = {
+      {{"dump", "--archive", "/dev/zero"}, 1}, {{"dump", large}, 1}, {{"diff", large, large}, 2}};
+  for (const auto& [words, status] : cases) {
+    const ToolRun run = runTool(words);
+    EXPECT_EQ(run.status, status);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "platen: cannot read " + words.back() + ": more than 268435456 octets\n");
+  }
+  std::filesystem::resize_file(large, std::uintmax_t{256} << 20U);
+  EXPECT_EQ(runTool({"dump", large}).err,
+            "platen: " + large + " does not decode as an IPP message of version 1.1 or above\n");
+}
+
 TEST(Dump, ShowsEachSyntaxAsPeopleReadIt) {
   const std::string date = int16(2001) + "\x02\x03\x04\x05\x06\x07-\x02\x1E"s;
   const struct {

@@ -63,6 +63,14 @@ TEST(KeyPath, ShowsJustWhatItLeadsTo) {
       {"media-col-default.ippValue.value",
        "media-type stationery\nmedia-size {x-dimension 21000}\n"},
       {"media-col-default.ippValue.value.media-size.x-dimension", "21000\n"},
+      {"@default", "media-col-default {media-type stationery, media-size {x-dimension 21000}}\n"},
+      {"@supported", "color-supported yes\n"},
+      {"@all",
+       "attributes-charset utf-8\nattributes-natural-language en\nprinter-name lobby\n"
+       "printer-state idle\ncolor-supported yes\nprinter-state-reasons [paused, media-empty]\n"
+       "printer-info \\x1b[2J\\nplaten: fine\nprinter-location (no-value)\n"
+       "media-col-default {media-type stationery, media-size {x-dimension 21000}}\n"
+       "printer-name attic\nprinter-state-reasons none\n"},
       {"operationGroup", "attributes-charset utf-8\nattributes-natural-language en\n"},
   };
   for (const auto& [path, out] : cases) {
@@ -85,7 +93,6 @@ TEST(KeyPath, FailsWhereThereIsNothing) {
       {"", R"(IPPResponse has nothing under the key "")"},
       {"printer-name..name", R"(IPPResponse has nothing under the key "printer-name..name")"},
       {"statusMessage", "statusMessage leads to nothing"},
-      {"@all", "@all leads to nothing"},
       {"media-col-default.ippValue.value.none",
        "media-col-default.ippValue.value.none leads to nothing"},
       {"\x1B[2J", R"(IPPResponse has nothing under the key "?[2J")"},

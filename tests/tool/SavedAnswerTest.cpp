@@ -109,6 +109,31 @@ TEST(SavedAnswer, IsShownAlthoughItCannotBeWritten) {
   EXPECT_EQ(entriesOf(folder.pathOf("")), 1U);
 }
 
+// In JSON an octet of the answer may become six.
+TEST(SavedAnswer, IsNotWrittenWhereItCouldNotBeReadAgain) {
+  const ScratchFolder folder;
+  const std::string text(32000, '\x01');
+  std::string attributes = attribute(0x23, "printer-state", int32(3));
+  for (int i = 0; i < 350; ++i) {
+    attributes += attribute(0x41, "text-" + std::to_string(i), text);
+  }
+  const std::string answer = response(0, "\x04" + attributes);
+  const FakePrinter printer({answer});
+  const std::string path = folder.add("kept", "the earlier one");
+  const ToolRun run = runTool({"attributes", printer.uri(), "printer-stat?", "--save", path});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, kShown);
+  EXPECT_EQ(run.err,
+            "platen: cannot write " + path + ": more than the 67108864 octets that can be read\n");
+  EXPECT_EQ(contentsOf(path), "the earlier one");
+  // In CBOR it stays one.
+  const std::string small = folder.pathOf("kept.cbor");
+  const FakePrinter again({answer});
+  EXPECT_EQ(runTool({"attributes", again.uri(), "printer-stat?", "--save", small}).status, 0);
+  const ToolRun back = runTool({"dump", small, "--key", "printer-state"});
+  EXPECT_EQ(back.out, "idle\n") << back.err;
+}
+
 TEST(SavedAnswer, IsThatOfOnePrinterAndGoesIntoAFile) {
   const ScratchFolder folder;
   const FakePrinter printer({kAnswer});
