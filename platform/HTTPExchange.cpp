@@ -302,7 +302,7 @@ void HTTPExchange::failIdle() {
 bool HTTPExchange::mayTryAgain(const HTTPTransferResult& result) const {
   return result.code == HTTPErrorCode::networkConnectionLost && result.usedOldConnection &&
          !hasTriedAgain_ && source_ == nullptr && !head_.hasOctets() &&
-         (salvage_ == nullptr || salvage_->isEmpty());
+         answeredSocket_ == kNoSocket && (salvage_ == nullptr || salvage_->isEmpty());
 }
 
 bool HTTPExchange::salvageRefusal() {

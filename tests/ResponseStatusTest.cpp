@@ -19,6 +19,26 @@ IPPResponse::Pointer decoded(std::string_view octets) {
   return IPPResponse::initWithDataRepresentation(test::octets(octets));
 }
 
+/// The look-ups that the accessors are made of, which no application sees.
+struct Inside : IPPResponse {
+  using IPPResponse::_allAdminDefineAttributeNames;
+  using IPPResponse::_allAttributeNamesFromGroupsNamed;
+  using IPPResponse::_allNotSettableAttributeNames;
+  using IPPResponse::_allNoValueAttributeNames;
+  using IPPResponse::_allUnknownAttributeNames;
+  using IPPResponse::_allUnsupportedAttributeNames;
+  using IPPResponse::_attributesForGroup;
+  using IPPResponse::_attributesForJobWithUUID;
+  using IPPResponse::_attributesForPrintQueue;
+  using IPPResponse::_attributesForSubscriptionWithId;
+  using IPPResponse::_attributeValueForPrintQueue;
+};
+
+template <auto LookUp, typename... Arguments>
+auto ask(const IPPResponse& response, const Arguments&... arguments) {
+  return (response.*LookUp)(arguments...);
+}
+
 /// "success", "client", "server", or "none"; more than one when the tests overlap.
 std::string classOf(const IPPResponse& response) {
   std::string text;
@@ -168,22 +188,26 @@ const char* const kLists =
 
 TEST(ResponseLookUps, ListTheNamesOfEachOutOfBandSyntax) {
   const auto response = decoded(kLists);
-  EXPECT_EQ(response->_allUnsupportedAttributeNames(), Names{"u"});
-  EXPECT_EQ(response->_allUnknownAttributeNames(), Names{"k"});
-  EXPECT_EQ(response->_allNoValueAttributeNames(), Names{"n"});
-  EXPECT_EQ(response->_allNotSettableAttributeNames(), Names{"s"});
-  EXPECT_EQ(response->_allAdminDefineAttributeNames(), Names{"d"});
+  EXPECT_EQ(ask<&Inside::_allUnsupportedAttributeNames>(*response), Names{"u"});
+  EXPECT_EQ(ask<&Inside::_allUnknownAttributeNames>(*response), Names{"k"});
+  EXPECT_EQ(ask<&Inside::_allNoValueAttributeNames>(*response), Names{"n"});
+  EXPECT_EQ(ask<&Inside::_allNotSettableAttributeNames>(*response), Names{"s"});
+  EXPECT_EQ(ask<&Inside::_allAdminDefineAttributeNames>(*response), Names{"d"});
 }
 
 TEST(ResponseLookUps, ListTheNamesOfAnyGroupAndSyntax) {
   const auto response = decoded(kLists);
   EXPECT_EQ(
-      response->_allAttributeNamesFromGroupsNamed(kIPPPrinterGroupName,
-                                                  kIPPNameWithoutLanguageSyntaxName),
+      ask<&Inside::_allAttributeNamesFromGroupsNamed>(*response, kIPPPrinterGroupName,
+                                                      kIPPNameWithoutLanguageSyntaxName),
       (Names{"printer-name", "printer-info", "printer-name", "printer-info", "printer-info"}));
-  EXPECT_EQ(response->_allAttributeNamesFromGroupsNamed(kIPPPrinterGroupName, "integer"), Names{});
-  EXPECT_EQ(response->_allAttributeNamesFromGroupsNamed("no-such-group", "integer"), Names{});
-  EXPECT_EQ(response->_allAttributeNamesFromGroupsNamed(kIPPJobGroupName, "INTEGER"), Names{})
+  EXPECT_EQ(
+      ask<&Inside::_allAttributeNamesFromGroupsNamed>(*response, kIPPPrinterGroupName, "integer"),
+      Names{});
+  EXPECT_EQ(ask<&Inside::_allAttributeNamesFromGroupsNamed>(*response, "no-such-group", "integer"),
+            Names{});
+  EXPECT_EQ(ask<&Inside::_allAttributeNamesFromGroupsNamed>(*response, kIPPJobGroupName, "INTEGER"),
+            Names{})
       << "syntaxes are compared letter for letter";
 }
 
@@ -202,23 +226,28 @@ std::string namesOf(const std::optional<IPPMessage::Attributes>& attributes) {
 TEST(ResponseLookUps, FindTheFirstGroupThatHoldsAValue) {
   const auto response = decoded(kLists);
   const std::string second = "printer-name printer-info printer-info printer-location";
-  EXPECT_EQ(namesOf(response->_attributesForPrintQueue("one")), "printer-name printer-info");
-  EXPECT_EQ(namesOf(response->_attributesForPrintQueue("two")), second);
-  EXPECT_EQ(namesOf(response->_attributesForPrintQueue("third")), second);
-  EXPECT_EQ(namesOf(response->_attributesForPrintQueue("four")), "none");
-  EXPECT_EQ(namesOf(response->_attributesForJobWithUUID(*URL::parse("urn:uuid:1"))),
+  EXPECT_EQ(namesOf(ask<&Inside::_attributesForPrintQueue>(*response, "one")),
+            "printer-name printer-info");
+  EXPECT_EQ(namesOf(ask<&Inside::_attributesForPrintQueue>(*response, "two")), second);
+  EXPECT_EQ(namesOf(ask<&Inside::_attributesForPrintQueue>(*response, "third")), second);
+  EXPECT_EQ(namesOf(ask<&Inside::_attributesForPrintQueue>(*response, "four")), "none");
+  EXPECT_EQ(namesOf(ask<&Inside::_attributesForJobWithUUID>(*response, *URL::parse("urn:uuid:1"))),
             "job-uuid job-id");
-  EXPECT_EQ(namesOf(response->_attributesForSubscriptionWithId(7)), "notify-subscription-id name");
-  EXPECT_EQ(namesOf(response->_attributesForSubscriptionWithId(8)), "none");
-  EXPECT_EQ(namesOf(response->_attributesForGroup(kIPPOperationGroupName, 7)), "none");
+  EXPECT_EQ(namesOf(ask<&Inside::_attributesForSubscriptionWithId>(*response, 7)),
+            "notify-subscription-id name");
+  EXPECT_EQ(namesOf(ask<&Inside::_attributesForSubscriptionWithId>(*response, 8)), "none");
+  EXPECT_EQ(namesOf(ask<&Inside::_attributesForGroup>(*response, kIPPOperationGroupName, 7)),
+            "none");
 }
 
 TEST(ResponseLookUps, FindAnAttributeOfThePrintQueueThatHoldsAValue) {
   const auto response = decoded(kLists);
-  EXPECT_EQ(response->_attributeValueForPrintQueue("one", "printer-info"), "first");
-  EXPECT_EQ(response->_attributeValueForPrintQueue("two", "printer-info"), "second");
-  EXPECT_TRUE(response->_attributeValueForPrintQueue("two", "printer-state").isAbsent());
-  EXPECT_TRUE(response->_attributeValueForPrintQueue("four", "printer-info").isAbsent());
+  EXPECT_EQ(ask<&Inside::_attributeValueForPrintQueue>(*response, "one", "printer-info"), "first");
+  EXPECT_EQ(ask<&Inside::_attributeValueForPrintQueue>(*response, "two", "printer-info"), "second");
+  EXPECT_TRUE(
+      ask<&Inside::_attributeValueForPrintQueue>(*response, "two", "printer-state").isAbsent());
+  EXPECT_TRUE(
+      ask<&Inside::_attributeValueForPrintQueue>(*response, "four", "printer-info").isAbsent());
 }
 
 }  // namespace

@@ -95,9 +95,9 @@ std::shared_ptr<IPPConnectionHandler> IPPConnection::schedulePerformRequest(
 std::shared_ptr<IPPConnectionHandler> IPPConnectionHandler::initWithRequest(
     IPPRequest& request, const URL& target, std::shared_ptr<IPPConnectionDelegate> delegate) {
   auto handler = std::make_shared<IPPConnectionHandler>(Key());
-  handler->delegate_ = delegate;
-  if (delegate != nullptr) {
-    delegate->requestWillSend(*handler);
+  handler->delegate_ = std::move(delegate);
+  if (const auto told = handler->delegate_) {
+    told->requestWillSend(*handler);
   }
   auto httpRequest = HTTPRequestForIPPRequest(request, target);
   if (handler->isStopped_) {  // by the delegate

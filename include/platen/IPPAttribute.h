@@ -64,8 +64,6 @@ class PLATEN_EXPORT IPPAttribute : public IPPCodable {
   /// Equal names, letter for letter, and equal values (`IPPValue::isEqual`); absent equals absent
   /// and nothing else.
   [[nodiscard]] bool isEqual(const IPPAttribute& other) const;
-  /// The same.
-  [[nodiscard]] bool _isEqualToAttribute(const IPPAttribute& other) const;
   /// That of the value, exclusive or that of the name. Equal attributes have equal hashes, but for
   /// those with an out-of-band value (see `IPPValue::hash`).
   [[nodiscard]] std::size_t hash() const;
@@ -86,6 +84,8 @@ class PLATEN_EXPORT IPPAttribute : public IPPCodable {
 
  protected:
   [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
+  /// As `isEqual`.
+  [[nodiscard]] bool _isEqualToAttribute(const IPPAttribute& other) const;
 
  private:
   IPPValue::Pointer value_;

@@ -282,6 +282,10 @@ class PLATEN_EXPORT IPPResponse : public IPPMessage {
   /// The first with 0x20000; nothing when no queue has it.
   [[nodiscard]] std::optional<std::string> defaultPrintQueue() const;
 
+ protected:
+  [[nodiscard]] std::shared_ptr<IPPMessage> makeEmptyCopy() const override;
+  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
+
   // --- Look-ups that the accessors are made of --------------------------------------------------
 
   // The names of the attributes that an unsupported group (RFC 8011 §4.1.7) has with one
@@ -316,11 +320,6 @@ class PLATEN_EXPORT IPPResponse : public IPPMessage {
   /// `_attributesForPrintQueue`; absent when there is none.
   [[nodiscard]] RawValue _attributeValueForPrintQueue(const RawValue& value,
                                                       std::string_view name) const;
-
- protected:
-  [[nodiscard]] std::shared_ptr<IPPMessage> makeEmptyCopy() const override;
-  [[nodiscard]] const KeyValueProperties& _keyValueProperties() const noexcept override;
-
   /// The first "printer-type" as 32 bits; 0 when absent or no number.
   [[nodiscard]] std::uint32_t _printerType() const;
   /// The names of the queues whose "printer-type" has any bit of the mask, or those of the others.
