@@ -47,6 +47,12 @@ std::string reasonOf(const CLI::ParseError& error) {
   return text;
 }
 
+// How the command is called that the line got to: "platen queue add".
+std::string chosenName(const CLI::App& app) {
+  const auto chosen = app.get_subcommands();
+  return app.get_name() + (chosen.empty() ? "" : " " + chosenName(*chosen.front()));
+}
+
 // `name` is how the app is called: "platen", "platen queue".
 void requireCommand(const CLI::App& app, const std::string& name) {
   if (const auto extras = app.remaining(); !extras.empty()) {
@@ -82,7 +88,7 @@ void runCommandLine(int argc, const char* const* argv, std::ostream& out) {
     app.exit(asked, out, out);
     return;
   } catch (const CLI::ParseError& error) {
-    throw badUsage(reasonOf(error), app.get_name());
+    throw badUsage(reasonOf(error), chosenName(app));
   }
   requireCommand(app, app.get_name());
   commands.chosen()(out);

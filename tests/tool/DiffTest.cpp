@@ -333,7 +333,7 @@ TEST(DiffInTrouble, EndsWithTwoAndOneLine) {
       {{"-", "-"}, "only one of the two can be standard input"},
       {{good, "https://localhost/"},
        "\"https://localhost/\" asks for an encrypted connection, which platen does not have"},
-      {{good}, "AFTER is required (see platen --help)"},
+      {{good}, "AFTER is required (see platen diff --help)"},
   };
   for (const auto& [words, reason] : cases) {
     Arguments all = words;
