@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/FlagScope.h"
 #include "platform/HTTPFailure.h"
 
 namespace platen::inline v0 {
@@ -14,14 +15,6 @@ namespace platen::inline v0 {
 namespace {
 
 constexpr std::string_view kDefaultMode = "default";
-
-struct Reading {
-  explicit Reading(bool& flag) : isReading(flag) { isReading = true; }
-  Reading(const Reading&) = delete;
-  Reading& operator=(const Reading&) = delete;
-  ~Reading() { isReading = false; }
-  bool& isReading;
-};
 
 }  // namespace
 
@@ -95,7 +88,7 @@ HTTPBodySource::State HTTPBodySource::refillFromStream() {
   if (isReading_) {
     return State::dry;
   }
-  const Reading reading(isReading_);
+  const FlagScope reading(isReading_);
   // At the end there is nothing available either, and a read is what says so.
   if (!stream_->hasBytesAvailable() && mayComeLater()) {
     return State::dry;

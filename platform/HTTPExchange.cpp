@@ -5,6 +5,8 @@
 #include <chrono>
 #include <utility>
 
+#include "platform/FlagScope.h"
+
 namespace platen::inline v0 {
 
 namespace {
@@ -21,18 +23,6 @@ std::string resolvedEntry(const HTTPTarget& target, const HostAddresses& found) 
   }
   return entry;
 }
-
-/// Holds a flag, also when a delegate raises.
-class FlagScope {
- public:
-  explicit FlagScope(bool& flag) : flag_(flag) { flag_ = true; }
-  FlagScope(const FlagScope&) = delete;
-  FlagScope& operator=(const FlagScope&) = delete;
-  ~FlagScope() { flag_ = false; }
-
- private:
-  bool& flag_;
-};
 
 }  // namespace
 

@@ -7,24 +7,9 @@
 
 #include "platen/IPPConnection.h"
 #include "platen/IPPRequest.h"
+#include "platform/FlagScope.h"
 
 namespace platen::inline v0 {
-
-namespace {
-
-// Holds a flag, also when a delegate raises.
-class StartingScope {
- public:
-  explicit StartingScope(bool& flag) : flag_(flag) { flag_ = true; }
-  StartingScope(const StartingScope&) = delete;
-  StartingScope& operator=(const StartingScope&) = delete;
-  ~StartingScope() { flag_ = false; }
-
- private:
-  bool& flag_;
-};
-
-}  // namespace
 
 // The delegate is called from within the start; what it asks for then is done when there is
 // something to do it to.
@@ -48,7 +33,7 @@ void IPPRequest::start(const URL& target, const std::shared_ptr<IPPRequest>& sel
   isCancelledWhileStarting_ = false;
   sendNextTo_.reset();
   {
-    const StartingScope scope(isStarting_);
+    const FlagScope scope(isStarting_);
     requestHandler_ = IPPConnection::schedulePerformRequest(*this, target, self);
   }
   if (isCancelledWhileStarting_) {
